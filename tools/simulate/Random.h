@@ -39,7 +39,8 @@ class Random {
 public:
     explicit constexpr Random(std::uint64_t seed) {
         std::uint64_t state = seed;
-        for (auto& word : s_) word = SplitMix64(state);
+        for (auto& word : s_)
+            word = SplitMix64(state);
     }
 
     constexpr std::uint64_t Next() {
@@ -61,7 +62,8 @@ public:
     constexpr std::uint64_t Below(std::uint64_t n) {
         const std::uint64_t limit = UINT64_MAX - UINT64_MAX % n;
         std::uint64_t x = Next();
-        while (x >= limit) x = Next();
+        while (x >= limit)
+            x = Next();
         return x % n;
     }
 

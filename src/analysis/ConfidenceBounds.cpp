@@ -1,0 +1,44 @@
+#include "analysis/ConfidenceBounds.h"
+
+#include <cmath>
+
+#include "base/Numbers.h"
+
+namespace tavrelle {
+
+double ConfidenceLevel(Int16 confidenceCode, Int16 rounds, int countedClasses) {
+    switch (confidenceCode) {
+        case k95Percent:
+            return 95;
+        case k99Percent:
+            return 99;
+        case kFullRange:
+            return 100;
+        case kBonferroni: {
+            if (countedClasses == 0) throw ProgramError::DivisionByZero();
+            double alpha = 1 - std::pow(0.95, 1.0 / countedClasses);
+            return 100 - rounds * alpha;
+        }
+        default:
+            throw ProgramError::SubscriptOutOfRange();
+    }
+}
+
+BoundsTable ConfidenceBounds(const RoundMatrix& sorted, Int16 rounds, Int16 confidenceCode) {
+    int counted = 0;
+    for (int c = 0; c < sorted.Classes(); ++c)
+        if (rounds > 0 && sorted.At(c, rounds - 1) > 0) ++counted;
+    double level = ConfidenceLevel(confidenceCode, rounds, counted);
+    double tail = (1000 - level * 10) / 2;
+    double scale = rounds / 1000.0;
+    Int16 lowerRank = ToInt16(tail * scale);
+    Int16 upperRank = ToInt16((1000 - tail) * scale - 1);
+    BoundsTable bounds;
+    for (int c = 0; c < sorted.Classes(); ++c) {
+        bounds.lower.push_back(sorted.At(c, lowerRank));
+        bounds.upper.push_back(sorted.At(c, upperRank));
+    }
+    return bounds;
+}
+
+}  // namespace tavrelle

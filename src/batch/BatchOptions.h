@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/Int16.h"
+
+namespace tavrelle {
+
+enum class SuspectPolicy { Stop, Omit, Proceed };
+
+struct BatchOptions {
+    std::string file;
+    std::vector<int> populations;  // 1-based; empty: all
+    std::optional<std::int32_t> seed;
+    Int16 randomisations = 1000;
+    Int16 confidenceCode = 0;
+    std::optional<Int16> repeatForAll;
+    std::map<std::string, Int16> repeatByLocus;
+    std::string maxAlleleSize = "350";  // as typed: the check itself clamps and reports
+    SuspectPolicy onSuspect = SuspectPolicy::Stop;
+    std::optional<std::string> jsonFile;  // "-" for standard output
+    std::optional<std::string> csvFile;
+    int threads = 0;  // 0: every core
+    bool help = false;
+};
+
+// Reads the command line; a refusal throws std::invalid_argument with the message to print.
+BatchOptions ParseBatchOptions(const std::vector<std::string>& arguments);
+
+// The --help text.
+std::string BatchUsage();
+
+}  // namespace tavrelle

@@ -1,0 +1,44 @@
+#include <sstream>
+
+#include "base/Numbers.h"
+#include "batch/BatchReport.h"
+
+namespace tavrelle {
+
+namespace {
+
+// A field quoted when it holds a separator, a quote or a line break.
+std::string Field(const std::string& text) {
+    if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
+    std::string quoted = "\"";
+    for (char c : text) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
+    return quoted + "\"";
+}
+
+std::string Flag(bool value) { return value ? "TRUE" : "FALSE"; }
+
+}  // namespace
+
+std::string CsvReport(const BatchReport& report) {
+    std::ostringstream out;
+    out << "population,population_name,locus,samples,scored,missing_genotypes,"
+           "observed_homozygotes,expected_homozygotes,homozygote_excess,class_wide_excess,"
+           "one_repeat_deficit,upper_class_excess,lower_class_excess,large_differences_scarce\n";
+    for (const PopulationReport& p : report.populations) {
+        if (!p.analysis) continue;
+        for (const LocusResult& l : p.analysis->Loci()) {
+            const BinomialOutcome& b = l.binomial;
+            const LocusDecisions& d = l.decisions;
+            out << p.number << ',' << Field(p.name) << ',' << Field(l.name) << ',' << p.samples
+                << ',' << l.Scored() << ',' << l.missingGenotypes << ','
+                << (b.totalsComputed >= 2 ? DefaultText(b.homozygoteTotals[0]) : "") << ','
+                << (b.totalsComputed >= 2 ? DefaultText(b.homozygoteTotals[1]) : "") << ','
+                << Flag(d.homozygoteExcess) << ',' << Flag(d.classWideExcess) << ','
+                << Flag(d.oneRepeatDeficit) << ',' << Flag(d.upperClassExcess) << ','
+                << Flag(d.lowerClassExcess) << ',' << Flag(d.largeDifferencesScarce) << '\n';
+        }
+    }
+    return out.str();
+}
+
+}  // namespace tavrelle

@@ -1,0 +1,169 @@
+#include "batch/BatchReport.h"
+#include "batch/JsonWriter.h"
+
+namespace tavrelle {
+
+namespace {
+
+void WriteSuspects(JsonWriter& json, const char* key, const std::vector<SuspectEntry>& entries) {
+    json.Key(key);
+    json.BeginArray();
+    for (const SuspectEntry& entry : entries) {
+        json.BeginObject();
+        json.Key("value");
+        json.String(entry.value);
+        json.Key("row");
+        json.Integer(entry.row);
+        json.Key("column");
+        json.Integer(entry.column);
+        json.EndObject();
+    }
+    json.EndArray();
+}
+
+void WriteBounds(JsonWriter& json, const char* key, const BoundsTable& bounds) {
+    json.Key(key);
+    json.BeginObject();
+    json.Key("lower");
+    json.NumberArray(bounds.lower);
+    json.Key("upper");
+    json.NumberArray(bounds.upper);
+    json.EndObject();
+}
+
+void WriteDecisions(JsonWriter& json, const LocusDecisions& d) {
+    json.Key("decisions");
+    json.BeginObject();
+    const std::pair<const char*, bool> decisions[] = {
+        {"homozygote_excess", d.homozygoteExcess},
+        {"class_wide_excess", d.classWideExcess},
+        {"one_repeat_deficit", d.oneRepeatDeficit},
+        {"upper_class_excess", d.upperClassExcess},
+        {"lower_class_excess", d.lowerClassExcess},
+        {"large_differences_scarce", d.largeDifferencesScarce}};
+    for (const auto& [name, value] : decisions) {
+        json.Key(name);
+        json.Bool(value);
+    }
+    json.EndObject();
+}
+
+void WriteLocus(JsonWriter& json, const LocusResult& locus) {
+    json.BeginObject();
+    json.Key("index");
+    json.Integer(locus.index);
+    json.Key("name");
+    json.String(locus.name);
+    json.Key("repeat");
+    json.Integer(locus.repeat);
+    json.Key("lowest");
+    json.Integer(locus.lowest);
+    json.Key("highest");
+    json.Integer(locus.highest);
+    json.Key("scored");
+    json.Integer(locus.Scored());
+    json.Key("missing_genotypes");
+    json.Integer(locus.missingGenotypes);
+    json.Key("observed_homozygotes");
+    json.NumberArray(locus.observedHomozygotes);
+    json.Key("mean_homozygotes");
+    json.NumberArray(locus.meanHomozygotes);
+    WriteBounds(json, "homozygote_bounds", locus.homozygoteBounds);
+    json.Key("observed_differences");
+    json.NumberArray(locus.observedDifferences);
+    json.Key("mean_differences");
+    json.NumberArray(locus.meanDifferences);
+    WriteBounds(json, "difference_bounds", locus.differenceBounds);
+    WriteDecisions(json, locus.decisions);
+
+    const BinomialOutcome& binomial = locus.binomial;
+    json.Key("homozygote_totals");
+    json.BeginArray(true);
+    for (int i = 0; i < 3; ++i) {
+        if (i < binomial.totalsComputed)
+            json.Number(binomial.homozygoteTotals[static_cast<std::size_t>(i)]);
+        else
+            json.Null();
+    }
+    json.EndArray();
+    json.Key("class_probabilities");
+    json.BeginArray();
+    for (const ClassProbability& row : binomial.classProbabilities) json.NumberArray(row);
+    json.EndArray();
+    json.Key("combined_probability");
+    json.String(binomial.combinedProbabilityLabel);
+    json.EndObject();
+}
+
+void WritePopulation(JsonWriter& json, const PopulationReport& population) {
+    json.BeginObject();
+    json.Key("number");
+    json.Integer(population.number);
+    json.Key("name");
+    json.String(population.name);
+    json.Key("samples");
+    json.Integer(population.samples);
+    json.Key("check");
+    json.BeginObject();
+    WriteSuspects(json, "non_integer", population.nonInteger);
+    WriteSuspects(json, "unexpected", population.unexpected);
+    WriteSuspects(json, "inconsistent", population.inconsistent);
+    json.Key("action");
+    json.String(population.action);
+    json.EndObject();
+    json.Key("messages");
+    json.BeginArray();
+    for (const Message& message : population.messages) {
+        json.BeginObject();
+        json.Key("caption");
+        json.String(message.caption.empty() ? "Tavrelle" : message.caption);
+        json.Key("text");
+        json.String(message.text);
+        json.EndObject();
+    }
+    json.EndArray();
+    json.Key("error");
+    if (population.error)
+        json.String(*population.error);
+    else
+        json.Null();
+    json.Key("loci");
+    json.BeginArray();
+    if (population.analysis)
+        for (const LocusResult& locus : population.analysis->Loci()) WriteLocus(json, locus);
+    json.EndArray();
+    json.EndObject();
+}
+
+}  // namespace
+
+std::string JsonReport(const BatchReport& report) {
+    std::string out;
+    JsonWriter json(out);
+    json.BeginObject();
+    json.Key("program");
+    json.String("Tavrelle");
+    json.Key("version");
+    json.String(kProgramVersion);
+    json.Key("file");
+    json.String(report.file);
+    json.Key("title");
+    json.String(report.title);
+    json.Key("seed");
+    json.Integer(report.seed);
+    json.Key("randomisations");
+    json.Integer(report.randomisations);
+    json.Key("confidence");
+    json.Integer(report.confidenceCode);
+    json.Key("max_allele_size");
+    json.Integer(report.maxAlleleSize);
+    json.Key("populations");
+    json.BeginArray();
+    for (const PopulationReport& population : report.populations)
+        WritePopulation(json, population);
+    json.EndArray();
+    json.EndObject();
+    return out;
+}
+
+}  // namespace tavrelle
