@@ -34,12 +34,58 @@ public:
         return shuffled > kLastUnclamped ? static_cast<std::uint32_t>(kLastUnclamped) + 1U
                                          : static_cast<std::uint32_t>(shuffled);
     }
-    // The largest shuffled value whose number stays below the ceiling; all above it give the
-    // ceiling itself, and so equal keys.
-    static const std::int32_t kLastUnclamped;
+
+    // The largest shuffled value whose number stays at or below the ceiling; every larger one
+    // gives the ceiling itself, and so an equal key.
+    static constexpr std::int32_t kLastUnclamped = [] {
+        std::int64_t low = 1;
+        std::int64_t high = 2147483562;
+        while (low < high) {
+            std::int64_t mid = (low + high + 1) / 2;
+            if (static_cast<double>(mid) * kScale > kCeiling)
+                high = mid - 1;
+            else
+                low = mid;
+        }
+        return static_cast<std::int32_t>(low);
+    }();
 
 private:
-    std::int32_t NextShuffled();
+    // x / d as a double division rounded to nearest, ties to even, for 0 <= x < 2^31. For these
+    // magnitudes the double quotient is never nearer a half than the exact one by more than its
+    // rounding error, so integers give the same result; written without branches, because the
+    // rounding goes either way at random.
+    template <std::uint32_t d>
+    static std::uint32_t RoundedQuotient(std::uint32_t x) {
+        std::uint32_t q = x / d;
+        std::uint32_t r = x - q * d;
+        return q + static_cast<std::uint32_t>(2 * r + (q & 1U) > d);
+    }
+
+    // multiplier x (state - k x divisor) - k x factor, modulo the modulus: the remainder of the
+    // rounded quotient may be negative, the result is the same as multiplier x state mod modulus.
+    template <std::uint32_t divisor, std::int64_t multiplier, std::int64_t factor,
+              std::int64_t modulus>
+    static std::int32_t Advance(std::int32_t state) {
+        auto k = static_cast<std::int64_t>(RoundedQuotient<divisor>(static_cast<std::uint32_t>(state)));
+        std::int64_t next = multiplier * (state - k * divisor) - k * factor;
+        next += next < 0 ? modulus : 0;
+        return static_cast<std::int32_t>(next);
+    }
+
+    // States stay positive: the seed path makes idum at least 1, and each step maps 1..modulus-1
+    // onto itself; iy is 0 only before the first draw.
+    std::int32_t NextShuffled() {
+        if (idum_ <= 0) FillTable();
+        idum_ = Advance<53668, 40014, 12211, 2147483563>(idum_);
+        idum2_ = Advance<52774, 40692, 3791, 2147483399>(idum2_);
+        std::uint32_t slot = RoundedQuotient<67108862>(static_cast<std::uint32_t>(iy_));
+        std::int64_t shuffled = static_cast<std::int64_t>(iv_[slot]) - idum2_;
+        iv_[slot] = idum_;
+        shuffled += shuffled < 1 ? 2147483562 : 0;
+        iy_ = static_cast<std::int32_t>(shuffled);
+        return iy_;
+    }
     void FillTable();
 
     std::int32_t idum_ = 0;
