@@ -8,14 +8,15 @@
 #include "analysis/KeyPipeline.h"
 #include "analysis/Randomisation.h"
 #include "base/Numbers.h"
+#include "nulls/SummaryText.h"
+#include "results/LocusInterpretation.h"
 
 namespace tavrelle {
 
 namespace {
 
-const Message kInsufficientData{
-    "There are insufficient samples remaining for analysis to proceed.", "Insufficient Data",
-    MessageIcon::Exclamation, MessageButtons::Ok};
+const Message kInsufficientData{"There are insufficient samples remaining for analysis to proceed.",
+                                "Insufficient Data", MessageIcon::Exclamation, MessageButtons::Ok};
 
 const Message kTooManySamples{
     "There may be too many samples for Tavrelle to analyse.\r\nThe maximum is usually around 750 "
@@ -45,6 +46,7 @@ AlleleAnalysis::AlleleAnalysis(const Table& rsAlleleData, RunSettings settings, 
         CholeskyCheck(*hooks_.prompter);
     } catch (const ProgramError& error) {
         runError_ = error;
+        errorLocus_ = locusInHand_;
         Call(hooks_.endProgress);
     }
 }
@@ -105,6 +107,7 @@ void AlleleAnalysis::Run(const Table& rsAlleleData) {
         LocusResult result;
         result.index = static_cast<Int16>(locus);
         result.name = rsAlleleData.Cell(1, column);
+        locusInHand_ = result.name;
         if (input.error) std::rethrow_exception(input.error);
         if (input.genotypes.size() < 4) {
             hooks_.prompter->Show(kInsufficientData);
@@ -121,7 +124,30 @@ void AlleleAnalysis::Run(const Table& rsAlleleData) {
         loci_.push_back(std::move(result));
         AnalyseLocus(loci_.back(), keys);
     }
+    locusInHand_.clear();
     Call(hooks_.endProgress);
+    Summarise();
+}
+
+void AlleleAnalysis::Summarise() {
+    std::vector<LocusSummaryLine> lines;
+    for (const LocusResult& locus : loci_)
+        lines.push_back({locus.name, locus.nullPresent, locus.nulls.estimatesLine});
+    summaryText_ = tavrelle::SummaryText(lines);
+    anyNullLocus_ = NullLocusCount(lines) >= 1;
+    if (anyNullLocus_) {
+        for (LocusResult& locus : loci_)
+            locus.adjustedGenotypes =
+                CorrectGenotypesForAllMethods(locus.prepared.sorted, locus.nulls.adjustedCounts);
+    }
+}
+
+std::optional<std::pair<std::string, std::string>> AlleleAnalysis::DisplayInitAnalysis(
+    const std::string& locusName) const {
+    for (const LocusResult& locus : loci_)
+        if (locus.name == locusName)
+            return std::make_pair(locus.probabilityText, locus.interpretationText);
+    return std::nullopt;
 }
 
 void AlleleAnalysis::AnalyseLocus(LocusResult& locus, KeyPipeline& keys) {
@@ -137,11 +163,13 @@ void AlleleAnalysis::AnalyseLocus(LocusResult& locus, KeyPipeline& keys) {
 
     locus.observedHomozygotes =
         ExpandClasses(HomozygoteClassList(locus.genotypes), locus.range, locus.lowest);
+    locus.prepared = PrepareLocusGenotypes(locus.genotypes);
     locus.observedDifferences = ExpandClasses(DifferenceClassList(locus.genotypes), locus.range, 0);
     Call(hooks_.progress, column + 1);
 
     LocusRounds rounds(locus.genotypes, locus.lowest, locus.range, settings_.randomisations);
-    for (int r = 0; r < settings_.randomisations; ++r) rounds.AddRound(keys.NextRound());
+    for (int r = 0; r < settings_.randomisations; ++r)
+        rounds.AddRound(keys.NextRound());
     roundsWithTies_ += rounds.RoundsWithTies();
     Call(hooks_.progress, column + 2);
     locus.randomHomozygotes = rounds.SortedHomozygotes();
@@ -153,6 +181,13 @@ void AlleleAnalysis::AnalyseLocus(LocusResult& locus, KeyPipeline& keys) {
     ClassBinomialTest(locus.observedHomozygotes, locus.sortedAlleles, locus.randomHomozygotes,
                       tables_.chi, locus.binomial);
     if (locus.binomial.overflowed) ReportTooManySamples();
+
+    LocusConclusions conclusions = LocusInterpretation(locus);
+    locus.probabilityText = std::move(conclusions.probabilityText);
+    locus.interpretationText = std::move(conclusions.interpretationText);
+    locus.nullPresent = std::move(conclusions.nullPresent);
+    locus.nullSuspected = conclusions.nullSuspected;
+    locus.nulls = CalculateNullAllele(locus.genotypes, locus.missingGenotypes, locus.nullSuspected);
 }
 
 void AlleleAnalysis::ReportTooManySamples() {

@@ -31,10 +31,21 @@ public:
     const std::string& PopulationName() const { return populationName_; }
     Int16 SampleCount() const { return sampleCount_; }
 
+    // The comparison across loci, composed at the end of a run that reached every locus.
+    const std::string& SummaryText() const { return summaryText_; }
+    // Some locus says "yes": the adjusted genotypes were made.
+    bool AnyNullLocus() const { return anyNullLocus_; }
+
+    // The probability table and the interpretation of the first locus of that name, for the two
+    // panes beside the graphs; nothing for a name that isn't there.
+    std::optional<std::pair<std::string, std::string>> DisplayInitAnalysis(
+        const std::string& locusName) const;
+
     // Set when the run ended early: a locus with fewer than four scored individuals.
     const std::string& StopMessage() const { return stopMessage_; }
-    // Set when the run failed with a program error.
+    // Set when the run failed with a program error; with the locus it met it at, if any.
     const std::optional<ProgramError>& RunError() const { return runError_; }
+    const std::string& ErrorLocus() const { return errorLocus_; }
     // The homozygote class test overflowed at some locus.
     bool TooManySamples() const { return tooManySamples_; }
     // Rounds whose keys held a tie, settled by the Shell sort (a statistic of the run).
@@ -46,6 +57,7 @@ private:
     static LocusInput ReadLocus(const Table& rsAlleleData, int column, Int16 sampleCount);
     void AnalyseLocus(LocusResult& locus, class KeyPipeline& keys);
     void ReportTooManySamples();
+    void Summarise();
 
     RunSettings settings_;
     RunHooks hooks_;
@@ -53,8 +65,12 @@ private:
     std::string populationName_;
     Int16 sampleCount_ = 0;
     std::vector<LocusResult> loci_;
+    std::string summaryText_;
+    bool anyNullLocus_ = false;
     std::string stopMessage_;
     std::optional<ProgramError> runError_;
+    std::string locusInHand_;
+    std::string errorLocus_;
     bool tooManySamples_ = false;
     std::int64_t roundsWithTies_ = 0;
 };

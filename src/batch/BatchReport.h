@@ -26,9 +26,10 @@ struct PopulationReport {
     std::vector<SuspectEntry> nonInteger;
     std::vector<SuspectEntry> unexpected;
     std::vector<SuspectEntry> inconsistent;
-    std::string action = "none";  // none, omit, proceed or stop
+    std::string action = "none";    // none, omit, proceed or stop
     std::vector<Message> messages;  // every box the desktop program would have shown
     std::optional<std::string> error;
+    std::string errorLocus;                    // the locus the run had in hand when it failed
     std::unique_ptr<AlleleAnalysis> analysis;  // absent when no run took place
 };
 

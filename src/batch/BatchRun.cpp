@@ -27,7 +27,8 @@ struct LoadedPopulation {
 
 std::string LoadFailure(const std::string& file, const RecordingPrompter& prompter) {
     std::string message = "Could not load " + file + ":";
-    for (const Message& m : prompter.messages) message += "\n" + m.text;
+    for (const Message& m : prompter.messages)
+        message += "\n" + m.text;
     if (!prompter.examples.empty()) message += std::string("\n") + kGenepopRefusal;
     for (char& c : message)
         if (c == '\r') c = ' ';
@@ -97,8 +98,9 @@ PopulationReport AnalysePopulation(LoadedPopulation& population, const BatchOpti
             else if (outcome.ending == CheckEnding::InsufficientData)
                 report.error = "Insufficient data to perform analysis";
             else
-                report.error = "Suspect values were found and the population was not analysed "
-                               "(--on-suspect stop).";
+                report.error =
+                    "Suspect values were found and the population was not analysed "
+                    "(--on-suspect stop).";
         } else {
             RunSettings settings;
             settings.seed = seed;
@@ -110,9 +112,10 @@ PopulationReport AnalysePopulation(LoadedPopulation& population, const BatchOpti
             RunHooks hooks;
             hooks.prompter = &prompter;
             report.analysis = std::make_unique<AlleleAnalysis>(table, settings, hooks);
-            if (report.analysis->RunError())
+            if (report.analysis->RunError()) {
                 report.error = RunTimeError(*report.analysis->RunError());
-            else if (!report.analysis->StopMessage().empty())
+                report.errorLocus = report.analysis->ErrorLocus();
+            } else if (!report.analysis->StopMessage().empty())
                 report.error = report.analysis->StopMessage();
         }
     } catch (const ProgramError& error) {
@@ -129,7 +132,8 @@ BatchReport RunBatch(const BatchOptions& options, const std::filesystem::path& t
     StoreRequest request;
     request.fileLocation = options.file;
     InputDataSource store(request, loadPrompter);
-    if (store.LocusNames().front().empty()) throw std::runtime_error(LoadFailure(options.file, loadPrompter));
+    if (store.LocusNames().front().empty())
+        throw std::runtime_error(LoadFailure(options.file, loadPrompter));
 
     std::vector<LoadedPopulation> all;
     all.push_back({1, store.rsAlleleData});
@@ -159,7 +163,8 @@ BatchReport RunBatch(const BatchOptions& options, const std::filesystem::path& t
     report.confidenceCode = options.confidenceCode;
     try {
         // The size as the check leaves it.
-        report.maxAlleleSize = std::clamp(TextToInt16(options.maxAlleleSize), Int16{50}, Int16{700});
+        report.maxAlleleSize =
+            std::clamp(TextToInt16(options.maxAlleleSize), Int16{50}, Int16{700});
     } catch (const ProgramError&) {
         report.maxAlleleSize = 0;
     }
@@ -178,9 +183,11 @@ BatchReport RunBatch(const BatchOptions& options, const std::filesystem::path& t
                 AnalysePopulation(chosen[i], options, report.seed, tableFolder, threaded);
     };
     std::vector<std::thread> pool;
-    for (std::size_t w = 1; w < workers; ++w) pool.emplace_back(work);
+    for (std::size_t w = 1; w < workers; ++w)
+        pool.emplace_back(work);
     work();
-    for (std::thread& t : pool) t.join();
+    for (std::thread& t : pool)
+        t.join();
     return report;
 }
 

@@ -48,7 +48,54 @@ void WriteDecisions(JsonWriter& json, const LocusDecisions& d) {
     json.EndObject();
 }
 
-void WriteLocus(JsonWriter& json, const LocusResult& locus) {
+const char* const kMethodKeys[] = {"velmaret", "chakraborty", "brookfield1", "brookfield2"};
+
+void WriteNullAlleles(JsonWriter& json, const LocusResult& locus, bool withGenotypes) {
+    json.Key("probability_text");
+    json.String(locus.probabilityText);
+    json.Key("interpretation_text");
+    json.String(locus.interpretationText);
+    json.Key("null_present");
+    json.String(locus.nullPresent);
+    json.Key("estimates");
+    json.BeginObject();
+    for (std::size_t m = 0; m < 4; ++m) {
+        json.Key(kMethodKeys[m]);
+        json.Number(locus.nulls.estimates[m]);
+    }
+    json.EndObject();
+    json.Key("estimates_line");
+    json.String(locus.nulls.estimatesLine);
+    json.Key("adjusted_frequencies_text");
+    json.String(locus.nulls.adjustedText);
+    json.Key("adjusted_counts");
+    json.BeginArray();
+    for (const AdjustedCountRow& row : locus.nulls.adjustedCounts) {
+        json.BeginArray(true);
+        json.Integer(row.size);
+        for (Int16 count : row.counts)
+            json.Integer(count);
+        json.EndArray();
+    }
+    json.EndArray();
+    if (!withGenotypes) return;
+    json.Key("adjusted_genotypes");
+    json.BeginObject();
+    for (std::size_t m = 0; m < 4; ++m) {
+        json.Key(kMethodKeys[m]);
+        json.BeginArray(true);
+        for (const AdjustedGenotype& g : locus.adjustedGenotypes[m]) {
+            json.BeginArray(true);
+            json.Integer(g.low);
+            json.Integer(g.high);
+            json.EndArray();
+        }
+        json.EndArray();
+    }
+    json.EndObject();
+}
+
+void WriteLocus(JsonWriter& json, const LocusResult& locus, bool withGenotypes) {
     json.BeginObject();
     json.Key("index");
     json.Integer(locus.index);
@@ -88,10 +135,12 @@ void WriteLocus(JsonWriter& json, const LocusResult& locus) {
     json.EndArray();
     json.Key("class_probabilities");
     json.BeginArray();
-    for (const ClassProbability& row : binomial.classProbabilities) json.NumberArray(row);
+    for (const ClassProbability& row : binomial.classProbabilities)
+        json.NumberArray(row);
     json.EndArray();
     json.Key("combined_probability");
     json.String(binomial.combinedProbabilityLabel);
+    WriteNullAlleles(json, locus, withGenotypes);
     json.EndObject();
 }
 
@@ -127,11 +176,20 @@ void WritePopulation(JsonWriter& json, const PopulationReport& population) {
         json.String(*population.error);
     else
         json.Null();
+    json.Key("error_locus");
+    if (population.errorLocus.empty())
+        json.Null();
+    else
+        json.String(population.errorLocus);
     json.Key("loci");
     json.BeginArray();
-    if (population.analysis)
-        for (const LocusResult& locus : population.analysis->Loci()) WriteLocus(json, locus);
+    if (population.analysis) {
+        for (const LocusResult& locus : population.analysis->Loci())
+            WriteLocus(json, locus, population.analysis->AnyNullLocus());
+    }
     json.EndArray();
+    json.Key("summary_text");
+    json.String(population.analysis ? population.analysis->SummaryText() : "");
     json.EndObject();
 }
 

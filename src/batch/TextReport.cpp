@@ -9,7 +9,9 @@ namespace {
 
 const char* const kConfidenceNames[] = {"95%", "99%", "100% (range)", "Bonferroni"};
 
-std::string YesNo(bool value) { return value ? "yes" : "no"; }
+std::string YesNo(bool value) {
+    return value ? "yes" : "no";
+}
 
 // Texts of the program use CR LF; a terminal report uses the platform's line ends.
 std::string PlainLines(std::string text) {
@@ -19,16 +21,36 @@ std::string PlainLines(std::string text) {
     return out;
 }
 
+// The program's own texts, CR LF and tabs as they are, set in by four blanks.
+std::string Indented(const std::string& text) {
+    std::string out = "    ";
+    for (char c : PlainLines(text)) {
+        out += c;
+        if (c == '\n') out += "    ";
+    }
+    return out;
+}
+
+// The estimates line takes two tabs between values; one keeps the columns under their heads.
+std::string Columns(const std::string& line) {
+    std::string out;
+    for (std::size_t i = 0; i < line.size(); ++i)
+        if (!(line[i] == '\t' && i + 1 < line.size() && line[i + 1] == '\t')) out += line[i];
+    return out;
+}
+
 void WriteSuspects(std::ostream& out, const char* heading, const std::vector<SuspectEntry>& list) {
     if (list.empty()) return;
     out << "  " << heading << " (value, row, column):";
-    for (const SuspectEntry& e : list) out << "  " << e.value << " (" << e.row << ", " << e.column << ")";
+    for (const SuspectEntry& e : list)
+        out << "  " << e.value << " (" << e.row << ", " << e.column << ")";
     out << "\n";
 }
 
 void WriteCounts(std::ostream& out, const char* label, const CountArray& counts) {
     out << "      " << label;
-    for (Int16 c : counts) out << ' ' << c;
+    for (Int16 c : counts)
+        out << ' ' << c;
     out << "\n";
 }
 
@@ -36,8 +58,8 @@ void WriteLocus(std::ostream& out, const LocusResult& locus) {
     const BinomialOutcome& b = locus.binomial;
     const LocusDecisions& d = locus.decisions;
     out << "\n  Locus " << locus.name << " (repeat " << locus.repeat << " bp): sizes "
-        << locus.lowest << " to " << locus.highest << ", " << locus.Scored()
-        << " scored, " << locus.missingGenotypes << " missing\n";
+        << locus.lowest << " to " << locus.highest << ", " << locus.Scored() << " scored, "
+        << locus.missingGenotypes << " missing\n";
     if (b.totalsComputed >= 2)
         out << "    Homozygotes: observed " << DefaultText(b.homozygoteTotals[0]) << ", expected "
             << DefaultText(RoundHalfEven(b.homozygoteTotals[1], 4))
@@ -53,14 +75,13 @@ void WriteLocus(std::ostream& out, const LocusResult& locus) {
         << "   large differences scarce: " << YesNo(d.largeDifferencesScarce) << "\n";
     WriteCounts(out, "Observed homozygotes by size: ", locus.observedHomozygotes);
     WriteCounts(out, "Observed pairs by difference: ", locus.observedDifferences);
-    if (!b.classProbabilities.empty()) {
-        out << "    Size\tBinomial\tRank based\n";
-        for (const ClassProbability& row : b.classProbabilities)
-            out << "    " << DefaultText(row[0]) << "\t" << DefaultText(RoundHalfEven(row[1], 4))
-                << "\t\t" << DefaultText(RoundHalfEven(row[3], 4)) << "\n";
-    }
-    if (!b.combinedProbabilityLabel.empty())
-        out << "    Combined probability for all classes: " << b.combinedProbabilityLabel << "\n";
+    out << "\n"
+        << Indented(locus.probabilityText) << "\n\n"
+        << Indented(locus.interpretationText) << "\n\n    Null allele frequency estimates:\n"
+        << "    Velmaret\tChakraborty\tBrookfield 1\tBrookfield 2\n    "
+        << Columns(locus.nulls.estimatesLine) << "\n";
+    if (!locus.nulls.adjustedText.empty())
+        out << "\n" << Indented(locus.nulls.adjustedText) << "\n";
 }
 
 }  // namespace
@@ -75,8 +96,7 @@ std::string TextReport(const BatchReport& report) {
         << "Confidence interval: " << kConfidenceNames[report.confidenceCode] << "\n"
         << "Maximum allele size: " << report.maxAlleleSize << "\n";
     for (const PopulationReport& p : report.populations) {
-        out << "\nPopulation " << p.number << ": " << p.name << " (" << p.samples
-            << " samples)\n";
+        out << "\nPopulation " << p.number << ": " << p.name << " (" << p.samples << " samples)\n";
         WriteSuspects(out, "Non-integer values", p.nonInteger);
         WriteSuspects(out, "Unexpected values", p.unexpected);
         WriteSuspects(out, "Inconsistent values", p.inconsistent);
@@ -85,8 +105,13 @@ std::string TextReport(const BatchReport& report) {
             out << "  [" << (m.caption.empty() ? "Tavrelle" : m.caption) << "] "
                 << PlainLines(m.text) << "\n";
         if (p.analysis)
-            for (const LocusResult& locus : p.analysis->Loci()) WriteLocus(out, locus);
-        if (p.error) out << "  The run stopped: " << PlainLines(*p.error) << "\n";
+            for (const LocusResult& locus : p.analysis->Loci())
+                WriteLocus(out, locus);
+        if (p.error)
+            out << "  The run stopped" << (p.errorLocus.empty() ? "" : " at locus " + p.errorLocus)
+                << ": " << PlainLines(*p.error) << "\n";
+        if (p.analysis && !p.error)
+            out << "\n  Comparison across loci:\n" << Indented(p.analysis->SummaryText()) << "\n";
     }
     return out.str();
 }

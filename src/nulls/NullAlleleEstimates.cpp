@@ -1,0 +1,154 @@
+#include "nulls/NullAlleleEstimates.h"
+
+#include <cmath>
+
+#include "base/Numbers.h"
+#include "nulls/AlleleCountTable.h"
+
+namespace tavrelle {
+
+namespace {
+
+// The power operation fails, as the run time's does, where a real result does not exist.
+double Power(double base, double exponent) {
+    double result = std::pow(base, exponent);
+    if (std::isnan(result)) throw ProgramError::InvalidCall();
+    if (std::isinf(result)) throw ProgramError::Overflow();
+    return result;
+}
+
+double Divide(double numerator, double denominator) {
+    if (denominator == 0) throw ProgramError::DivisionByZero();
+    return numerator / denominator;
+}
+
+struct ClassRow {
+    Int16 size;
+    Int16 homozygotes;    // individuals homozygous for the class
+    Int16 heterozygotes;  // times the class occurs in heterozygous individuals
+};
+
+std::vector<ClassRow> ClassTable(const std::vector<Int16>& all, const std::vector<Int16>& hom,
+                                 const std::vector<Int16>& het) {
+    const AlleleCountRows classes = AlleleCountTable(all);
+    const AlleleCountRows homCounts = AlleleCountTable(hom);
+    const AlleleCountRows hetCounts = het.empty() ? AlleleCountRows{} : AlleleCountTable(het);
+    std::vector<ClassRow> rows;
+    std::size_t h = 0;
+    std::size_t e = 0;
+    for (const AlleleCount& c : classes) {
+        ClassRow row{c.allele, 0, 0};
+        if (h < homCounts.size() && homCounts[h].allele == c.allele)
+            row.homozygotes = homCounts[h++].count;
+        if (e < hetCounts.size() && hetCounts[e].allele == c.allele)
+            row.heterozygotes = hetCounts[e++].count;
+        rows.push_back(row);
+    }
+    return rows;
+}
+
+std::string Rounded(double value) {
+    return DefaultText(RoundHalfEven(value, 4));
+}
+
+}  // namespace
+
+NullAlleleEstimates CalculateNullAllele(const GenotypeSet& set, Int16 blanks, bool nullSuspected) {
+    NullAlleleEstimates result;
+    const Int16 n = Narrow16(static_cast<long long>(set.size()));
+    std::vector<Int16> homAlleles;
+    std::vector<Int16> hetAlleles;
+    std::vector<Int16> allAlleles;
+    for (const GenotypeRow& row : set) {
+        if (row.difference == 0) {
+            homAlleles.push_back(row.first);
+        } else {
+            hetAlleles.push_back(row.first);
+            hetAlleles.push_back(row.second);
+        }
+        allAlleles.push_back(row.first);
+        allAlleles.push_back(row.second);
+    }
+    const Int16 h2 = Narrow16(static_cast<long long>(hetAlleles.size()));
+    std::array<double, 4>& r = result.estimates;
+
+    if (!homAlleles.empty() || !hetAlleles.empty()) {
+        const std::vector<ClassRow> classes = ClassTable(allAlleles, homAlleles, hetAlleles);
+        const Int16 twoN = Narrow16(2 * n);
+        std::vector<double> p(classes.size());
+        std::vector<double> q(classes.size());
+        double sumQ = 0;
+        double sumP2 = 0;
+        for (std::size_t i = 0; i < classes.size(); ++i) {
+            const double carriers = static_cast<double>(classes[i].heterozygotes) / n +
+                                    static_cast<double>(classes[i].homozygotes) / n;
+            const double root = Power(4 - 4 * carriers, 0.5);
+            q[i] = 1 - 0.5 * root;
+            const Int16 copies = Narrow16(2 * classes[i].homozygotes + classes[i].heterozygotes);
+            p[i] = static_cast<double>(copies) / twoN;
+            sumQ += q[i];
+            sumP2 += Power(p[i], 2.0);
+        }
+
+        r[kVelmaret] = 1 - sumQ;
+        const double ho = static_cast<double>(h2) / twoN;
+        const double he = 1 - sumP2;
+        if (he > 0) {
+            const double a = (he - ho) / he;
+            r[kChakraborty] = a / (2 - a);
+            r[kBrookfield1] = (he - ho) / (he + 1);
+        }
+        r[kBrookfield2] = Brookfield2(he, h2, n, blanks);
+        std::vector<AlleleClassFrequency> frequencies;
+        for (std::size_t i = 0; i < classes.size(); ++i)
+            frequencies.push_back({classes[i].size, p[i], q[i]});
+        AdjustFrequencies(frequencies, n, nullSuspected, result);
+    }
+    result.estimatesLine = Rounded(r[kVelmaret]) + "\t\t" + Rounded(r[kChakraborty]) + "\t\t" +
+                           Rounded(r[kBrookfield1]) + "\t\t" + Rounded(r[kBrookfield2]);
+    return result;
+}
+
+double Brookfield2(double he, Int16 h2, Int16 n, Int16 blanks) {
+    const Int16 everyone = Narrow16(blanks + n);
+    const double b = Divide(blanks, everyone);
+    const double hoAll = Divide(h2, Narrow16(2 * everyone));
+    const double heAdj = Divide(he, Power(1 - b, 2.0));
+    const double x = (1 + b) * heAdj - hoAll;
+    const double y = 4 * b * (1 - Power(heAdj, 2.0));
+    return (x + Power(Power(x, 2.0) + y, 0.5)) / (2 * (1 + heAdj));
+}
+
+void AdjustFrequencies(const std::vector<AlleleClassFrequency>& classes, Int16 n,
+                       bool nullSuspected, NullAlleleEstimates& result) {
+    const std::array<double, 4>& r = result.estimates;
+    // Only with evidence, and the Velmaret estimate decides for all four methods.
+    const bool adjust = nullSuspected && r[kVelmaret] >= 0.05;
+    if (adjust) {
+        result.adjustedText =
+            "Adjusted allele frequencies of amplified alleles based on the four methods of null "
+            "allele estimation.\r\n\r\nClass\tObs. allele freq.\tVelmaret\tChakraborty\t"
+            "Brookfield 1\tBrookfield 2\r\n\r\n";
+    }
+    for (const AlleleClassFrequency& c : classes) {
+        AdjustedCountRow row{c.size, {}};
+        if (adjust) {
+            for (std::size_t m = 0; m < 4; ++m) {
+                // A class whose expected null heterozygotes round to none keeps its count 0.
+                if (std::nearbyint(r[m] * c.p * n) >= 1)
+                    row.counts[m] = ToInt16(2 * r[m] * c.p * n);
+            }
+            result.adjustedText += std::to_string(c.size) + "\t" + Rounded(c.p) + "\t\t" +
+                                   Rounded(c.q) + "\t\t" + Rounded((1 - r[kChakraborty]) * c.p) +
+                                   "\t\t" + Rounded((1 - r[kBrookfield1]) * c.p) + "\t\t" +
+                                   Rounded((1 - r[kBrookfield2]) * c.p) + "\r\n";
+        }
+        result.adjustedCounts.push_back(row);
+    }
+}
+
+std::string NullAlleleFrequency(Int16) {
+    throw ProgramError::SubscriptOutOfRange();
+}
+
+}  // namespace tavrelle
