@@ -122,7 +122,12 @@ void AlleleAnalysis::Run(const Table& rsAlleleData) {
             throw ProgramError::SubscriptOutOfRange();
         result.repeat = settings_.repeatCodes[static_cast<std::size_t>(locus)];
         loci_.push_back(std::move(result));
-        AnalyseLocus(loci_.back(), keys);
+        try {
+            AnalyseLocus(loci_.back(), keys);
+        } catch (const ProgramError&) {
+            loci_.pop_back();  // a report keeps only the loci finished before the failure
+            throw;
+        }
     }
     locusInHand_.clear();
     Call(hooks_.endProgress);

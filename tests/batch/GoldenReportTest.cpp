@@ -55,11 +55,10 @@ TEST(GoldenReports, EveryDemoFileUnderEveryConfidenceInterval) {
     for (const Golden& golden : manifest) {
         for (std::string confidence : {"95", "99", "100", "bonferroni"}) {
             SCOPED_TRACE(golden.demo + " at " + confidence);
-            std::string command = std::string("cd ") + TAVRELLE_SOURCE_DIR + " && " +
-                                  TAVRELLE_BATCH + " DemoFiles/" + golden.demo + ".gen " +
-                                  golden.arguments +
-                                  " --seed 12345 --randomisations 1000 --confidence " +
-                                  confidence + " --json -";
+            std::string command =
+                std::string("cd ") + TAVRELLE_SOURCE_DIR + " && " + TAVRELLE_BATCH + " DemoFiles/" +
+                golden.demo + ".gen " + golden.arguments +
+                " --seed 12345 --randomisations 1000 --confidence " + confidence + " --json -";
             Json actual = Json::Parse(Output(command));
             Json expected = Json::Parse(ReadFile(std::string(TAVRELLE_TEST_DATA) + "/golden/" +
                                                  golden.demo + "." + confidence + ".json"));
