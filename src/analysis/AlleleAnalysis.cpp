@@ -95,7 +95,9 @@ void AlleleAnalysis::Run(const Table& rsAlleleData) {
     for (int locus = 0; locus <= lastLocus; ++locus) {
         inputs.push_back(ReadLocus(rsAlleleData, 2 + 2 * locus, sampleCount_));
         drawing = drawing && !inputs.back().error && inputs.back().genotypes.size() >= 4;
-        if (drawing) jobs.push_back({inputs.back().genotypes.size() * 2, settings_.randomisations});
+        if (drawing)
+            jobs.push_back(
+                {RoundPool(inputs.back().genotypes).size() * 2, settings_.randomisations});
     }
     RandomNumGen generator;
     generator.SetSeedValue(settings_.seed);
@@ -172,7 +174,8 @@ void AlleleAnalysis::AnalyseLocus(LocusResult& locus, KeyPipeline& keys) {
     locus.observedDifferences = ExpandClasses(DifferenceClassList(locus.genotypes), locus.range, 0);
     Call(hooks_.progress, column + 1);
 
-    LocusRounds rounds(locus.genotypes, locus.lowest, locus.range, settings_.randomisations);
+    LocusRounds rounds(RoundPool(locus.genotypes), locus.lowest, locus.range,
+                       settings_.randomisations);
     for (int r = 0; r < settings_.randomisations; ++r)
         rounds.AddRound(keys.NextRound());
     roundsWithTies_ += rounds.RoundsWithTies();
@@ -193,6 +196,14 @@ void AlleleAnalysis::AnalyseLocus(LocusResult& locus, KeyPipeline& keys) {
     locus.nullPresent = std::move(conclusions.nullPresent);
     locus.nullSuspected = conclusions.nullSuspected;
     locus.nulls = CalculateNullAllele(locus.genotypes, locus.missingGenotypes, locus.nullSuspected);
+}
+
+GenotypeSet AlleleAnalysis::RoundPool(const GenotypeSet& observed) const {
+    if (!settings_.heterozygotesOnly) return observed;
+    GenotypeSet heterozygotes;
+    for (const GenotypeRow& row : observed)
+        if (row.first != row.second) heterozygotes.push_back(row);
+    return heterozygotes;
 }
 
 void AlleleAnalysis::ReportTooManySamples() {

@@ -57,6 +57,8 @@ private:
     static LocusInput ReadLocus(const Table& rsAlleleData, int column, Int16 sampleCount);
     void AnalyseLocus(LocusResult& locus, class KeyPipeline& keys);
     void ReportTooManySamples();
+    // The genotypes whose alleles the rounds pool: all of them, or only the heterozygotes.
+    GenotypeSet RoundPool(const GenotypeSet& observed) const;
     void Summarise();
 
     RunSettings settings_;

@@ -34,7 +34,8 @@ double BinomialBelow(Int16 obs, Int16 n, double g) {
     double p = 0;
     for (Int16 t = 0; t <= obs - 1; t = Narrow16(t + 1)) {
         double product = 1;
-        for (int j = n; j >= n - t; --j) product = Finite(product * (j / 100.0));
+        for (int j = n; j >= n - t; --j)
+            product = Finite(product * (j / 100.0));
         int factors = t + 1;
         product = product / (n - t);
         product = product / Factorial(t);
@@ -48,7 +49,8 @@ double BinomialBelow(Int16 obs, Int16 n, double g) {
 
 double Factorial(Int16 n) {
     double product = 1;
-    for (int k = n; k >= 2; --k) product = Finite(product * k);
+    for (int k = n; k >= 2; --k)
+        product = Finite(product * k);
     return product;
 }
 
@@ -63,7 +65,8 @@ void ClassBinomialTest(const CountArray& observedHomozygotes,
     outcome.classProbabilities.assign(classes.size(), ClassProbability{});
 
     bool tooCommon = false;
-    for (const AlleleClass& c : classes) tooCommon = tooCommon || c.copies > n;
+    for (const AlleleClass& c : classes)
+        tooCommon = tooCommon || c.copies > n;
 
     if (!tooCommon) {
         try {
@@ -133,17 +136,18 @@ void ClassBinomialTest(const CountArray& observedHomozygotes,
     for (const AlleleClass& c : classes)
         expected += (c.copies / alleleCount) * (c.copies / alleleCount) * n;
     double observed = 0;
-    for (Int16 count : observedHomozygotes) observed += count;
+    for (Int16 count : observedHomozygotes)
+        observed += count;
     const double heterozygotesObserved = n - observed;
     const double heterozygotesExpected = n - expected;
     outcome.homozygoteTotals[0] = observed;
     outcome.homozygoteTotals[1] = expected;
     outcome.totalsComputed = 2;
     if (heterozygotesExpected != 0) {
-        outcome.homozygoteTotals[2] =
-            (heterozygotesObserved - heterozygotesExpected) *
-                (heterozygotesObserved - heterozygotesExpected) / heterozygotesExpected +
-            (observed - expected) * (observed - expected) / expected;
+        outcome.homozygoteTotals[2] = (heterozygotesObserved - heterozygotesExpected) *
+                                          (heterozygotesObserved - heterozygotesExpected) /
+                                          heterozygotesExpected +
+                                      (observed - expected) * (observed - expected) / expected;
         outcome.totalsComputed = 3;
     }
 }

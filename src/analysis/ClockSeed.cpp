@@ -21,9 +21,9 @@ std::int64_t DaysFromCivil(std::int64_t y, unsigned m, unsigned d) {
 }  // namespace
 
 std::int64_t SecondsSince2003(int year, int month, int day, int hour, int minute, int second) {
-    std::int64_t days = DaysFromCivil(year, static_cast<unsigned>(month),
-                                      static_cast<unsigned>(day)) -
-                        DaysFromCivil(2003, 1, 1);
+    std::int64_t days =
+        DaysFromCivil(year, static_cast<unsigned>(month), static_cast<unsigned>(day)) -
+        DaysFromCivil(2003, 1, 1);
     return days * 86400 + hour * 3600 + minute * 60 + second;
 }
 

@@ -31,7 +31,8 @@ void KeyPipeline::Fill(Chunk& chunk, const ChunkPlan& plan) {
     chunk.poolSize = plan.poolSize;
     chunk.rounds = plan.rounds;
     chunk.keys.resize(plan.poolSize * static_cast<std::size_t>(plan.rounds));
-    for (std::uint32_t& key : chunk.keys) key = generator_.GeneratedKey();
+    for (std::uint32_t& key : chunk.keys)
+        key = generator_.GeneratedKey();
 }
 
 void KeyPipeline::Produce() {

@@ -19,7 +19,9 @@ double SumOfClasses(const CountArray& observed, double from, double to) {
     return sum;
 }
 
-double NumberOfClasses(const CountArray& observed) { return static_cast<double>(observed.size()); }
+double NumberOfClasses(const CountArray& observed) {
+    return static_cast<double>(observed.size());
+}
 
 }  // namespace
 
@@ -72,7 +74,8 @@ bool LargeDifferenceTest(const CountArray& observed) {
     double sum = SumOfClasses(observed, from, to);
     // The total of all classes is counted in 16 bits, as the run counts pairs.
     [[maybe_unused]] Int16 total = 0;
-    for (Int16 count : observed) total = Narrow16(total + count);
+    for (Int16 count : observed)
+        total = Narrow16(total + count);
     if (to - from > 0) return sum * 100 / m < 5;
     return false;
 }

@@ -67,7 +67,8 @@ private:
     template <std::uint32_t divisor, std::int64_t multiplier, std::int64_t factor,
               std::int64_t modulus>
     static std::int32_t Advance(std::int32_t state) {
-        auto k = static_cast<std::int64_t>(RoundedQuotient<divisor>(static_cast<std::uint32_t>(state)));
+        auto k =
+            static_cast<std::int64_t>(RoundedQuotient<divisor>(static_cast<std::uint32_t>(state)));
         std::int64_t next = multiplier * (state - k * divisor) - k * factor;
         next += next < 0 ? modulus : 0;
         return static_cast<std::int32_t>(next);

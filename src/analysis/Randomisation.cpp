@@ -8,7 +8,9 @@
 namespace tavrelle {
 
 namespace {
-Int16 AbsoluteDifference(Int16 a, Int16 b) { return Narrow16(std::abs(a - b)); }
+Int16 AbsoluteDifference(Int16 a, Int16 b) {
+    return Narrow16(std::abs(a - b));
+}
 }  // namespace
 
 void RandomiseGenotypes(const GenotypeSet& source, GenotypeSet& target, RandomNumGen& generator) {
@@ -50,8 +52,10 @@ RoundShuffler::RoundShuffler(const GenotypeSet& source) {
 const std::vector<Int16>& RoundShuffler::Order(std::span<const std::uint32_t> keys) {
     const std::size_t n = pool_.size();
     std::fill(bucketStart_.begin(), bucketStart_.end(), 0U);
-    for (std::size_t i = 0; i < n; ++i) ++bucketStart_[(keys[i] >> bucketShift_) + 1];
-    for (std::size_t b = 1; b < bucketStart_.size(); ++b) bucketStart_[b] += bucketStart_[b - 1];
+    for (std::size_t i = 0; i < n; ++i)
+        ++bucketStart_[(keys[i] >> bucketShift_) + 1];
+    for (std::size_t b = 1; b < bucketStart_.size(); ++b)
+        bucketStart_[b] += bucketStart_[b - 1];
     for (std::size_t i = 0; i < n; ++i) {
         std::uint32_t& next = bucketStart_[keys[i] >> bucketShift_];
         sorted_[next++] = Copy{keys[i], pool_[i]};
@@ -60,18 +64,22 @@ const std::vector<Int16>& RoundShuffler::Order(std::span<const std::uint32_t> ke
     for (std::size_t i = 1; i < n; ++i) {
         Copy current = sorted_[i];
         std::size_t j = i;
-        for (; j > 0 && sorted_[j - 1].key > current.key; --j) sorted_[j] = sorted_[j - 1];
+        for (; j > 0 && sorted_[j - 1].key > current.key; --j)
+            sorted_[j] = sorted_[j - 1];
         sorted_[j] = current;
     }
     bool tie = false;
-    for (std::size_t i = 1; i < n && !tie; ++i) tie = sorted_[i - 1].key == sorted_[i].key;
+    for (std::size_t i = 1; i < n && !tie; ++i)
+        tie = sorted_[i - 1].key == sorted_[i].key;
     if (tie) {
         // Equal keys: only the Shell sort's own order of them is right.
         ++roundsWithTies_;
-        for (std::size_t i = 0; i < n; ++i) sorted_[i] = Copy{keys[i], pool_[i]};
+        for (std::size_t i = 0; i < n; ++i)
+            sorted_[i] = Copy{keys[i], pool_[i]};
         ShellSort(std::span<Copy>(sorted_), [](const Copy& c) { return c.key; });
     }
-    for (std::size_t i = 0; i < n; ++i) ordered_[i] = sorted_[i].allele;
+    for (std::size_t i = 0; i < n; ++i)
+        ordered_[i] = sorted_[i].allele;
     return ordered_;
 }
 
@@ -83,9 +91,8 @@ LocusRounds::LocusRounds(const GenotypeSet& observed, Int16 lowest, Int16 range,
       rounds_(rounds),
       roundHomozygotes_(static_cast<std::size_t>(classes_), 0),
       roundDifferences_(static_cast<std::size_t>(classes_), 0),
-      homozygoteFrequencies_(static_cast<std::size_t>(classes_) *
-                                 static_cast<std::size_t>(maxCount_ + 1),
-                             0),
+      homozygoteFrequencies_(
+          static_cast<std::size_t>(classes_) * static_cast<std::size_t>(maxCount_ + 1), 0),
       differenceFrequencies_(homozygoteFrequencies_.size(), 0) {}
 
 void LocusRounds::AddRound(std::span<const std::uint32_t> keys) {
@@ -111,8 +118,7 @@ RoundMatrix LocusRounds::Sorted(const std::vector<std::int32_t>& frequencies) co
         std::span<Int16> counts = matrix.Class(c);
         std::size_t rank = 0;
         for (std::size_t k = 0; k < stride; ++k) {
-            for (std::int32_t f = frequencies[static_cast<std::size_t>(c) * stride + k]; f > 0;
-                 --f)
+            for (std::int32_t f = frequencies[static_cast<std::size_t>(c) * stride + k]; f > 0; --f)
                 counts[rank++] = static_cast<Int16>(k);
         }
     }

@@ -29,7 +29,8 @@ public:
     template <class OnPair>
     void Pair(std::span<const std::uint32_t> keys, OnPair&& onPair) {
         const std::vector<Int16>& ordered = Order(keys);
-        for (std::size_t i = 0; i + 1 < ordered.size(); i += 2) onPair(ordered[i], ordered[i + 1]);
+        for (std::size_t i = 0; i + 1 < ordered.size(); i += 2)
+            onPair(ordered[i], ordered[i + 1]);
     }
 
     // Rounds so far that needed the Shell sort for equal keys.

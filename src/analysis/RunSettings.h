@@ -21,6 +21,9 @@ struct RunSettings {
     bool isExcel = false;            // the population came from a workbook (its name is elsewhere)
     std::filesystem::path tableFolder;
     bool threaded = false;  // draw the random numbers on a second thread
+    // Keeps homozygotes out of the pool the rounds draw from. Every run of the program leaves it
+    // off, so that the pool always holds all valid genotypes; the branch stands ready.
+    bool heterozygotesOnly = false;
 };
 
 // What a run tells its caller while it works. Every member may be left empty but the prompter.

@@ -12,25 +12,30 @@ namespace tavrelle {
 
 namespace {
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
 
 // The text of the leading number: sign, digits, point, digits, exponent.
 struct LeadingNumber {
     bool negative = false;
-    std::string digits;  // all mantissa digits
+    std::string digits;     // all mantissa digits
     long long pointAt = 0;  // digits before the decimal point, exponent included
 };
 
 LeadingNumber ReadLeadingNumber(std::string_view text) {
     LeadingNumber number;
     std::size_t i = 0;
-    while (i < text.size() && (text[i] == ' ' || text[i] == '\t')) ++i;
+    while (i < text.size() && (text[i] == ' ' || text[i] == '\t'))
+        ++i;
     if (i < text.size() && (text[i] == '+' || text[i] == '-')) number.negative = text[i++] == '-';
-    while (i < text.size() && IsDigit(text[i])) number.digits += text[i++];
+    while (i < text.size() && IsDigit(text[i]))
+        number.digits += text[i++];
     number.pointAt = static_cast<long long>(number.digits.size());
     if (i < text.size() && text[i] == '.') {
         ++i;
-        while (i < text.size() && IsDigit(text[i])) number.digits += text[i++];
+        while (i < text.size() && IsDigit(text[i]))
+            number.digits += text[i++];
     }
     if (!number.digits.empty() && i < text.size() && (text[i] == 'e' || text[i] == 'E')) {
         std::size_t j = i + 1;
@@ -90,7 +95,8 @@ template <std::size_t Rows, std::size_t Columns>
 void LoadTable(const std::filesystem::path& file, char separator, bool lastEndsLine,
                std::array<std::array<double, Columns>, Rows>& table) {
     std::ifstream in = OpenTable(file);
-    for (auto& row : table) ReadRow(ReadTableLine(in), separator, lastEndsLine, row);
+    for (auto& row : table)
+        ReadRow(ReadTableLine(in), separator, lastEndsLine, row);
 }
 
 }  // namespace
@@ -106,8 +112,8 @@ double TableValue(std::string_view text) {
         hundredths = "0";
         rest = std::string(static_cast<std::size_t>(-keep), '0') + number.digits;
     } else if (static_cast<std::size_t>(keep) >= number.digits.size()) {
-        hundredths = number.digits +
-                     std::string(static_cast<std::size_t>(keep) - number.digits.size(), '0');
+        hundredths =
+            number.digits + std::string(static_cast<std::size_t>(keep) - number.digits.size(), '0');
     } else {
         hundredths = number.digits.substr(0, static_cast<std::size_t>(keep));
         rest = number.digits.substr(static_cast<std::size_t>(keep));
@@ -148,9 +154,9 @@ std::string ChiSquareLabel(double value, Int16 classes, const ChiSquareTable& ta
 }
 
 std::string RankCorrelationLabel(double value, std::int32_t n, const RankCorrelationTable& table) {
-    static constexpr std::array<const char*, 9> kLabels = {
-        "< 0.25", "< 0.1", "< 0.05", "< 0.025", "< 0.01", "< 0.005", "< 0.0025", "< 0.001",
-        "< 0.0005"};
+    static constexpr std::array<const char*, 9> kLabels = {"< 0.25",   "< 0.1",   "< 0.05",
+                                                           "< 0.025",  "< 0.01",  "< 0.005",
+                                                           "< 0.0025", "< 0.001", "< 0.0005"};
     std::string suffix;
     if (value < 0) {
         suffix = " (Negative correlation)";
@@ -172,16 +178,14 @@ std::string RankCorrelationLabel(double value, std::int32_t n, const RankCorrela
 }
 
 bool CholeskyCheck(Prompter& prompter) {
-    double a[5][5] = {{0, 0, 0, 0, 0},
-                      {0, 30, 2, 1, 3},
-                      {0, 2, 20, 7, 9},
-                      {0, 1, 7, 40, 8},
-                      {0, 3, 9, 8, 60}};
+    double a[5][5] = {
+        {0, 0, 0, 0, 0}, {0, 30, 2, 1, 3}, {0, 2, 20, 7, 9}, {0, 1, 7, 40, 8}, {0, 3, 9, 8, 60}};
     double p[5] = {};
     for (int i = 1; i <= 4; ++i) {
         for (int j = i; j <= 4; ++j) {
             double sum = a[i][j];
-            for (int k = i - 1; k >= 1; --k) sum -= a[i][k] * a[j][k];
+            for (int k = i - 1; k >= 1; --k)
+                sum -= a[i][k] * a[j][k];
             if (i == j) {
                 if (sum <= 0) {
                     prompter.Show({"Cholesky decomposition failed.", "", MessageIcon::Exclamation,

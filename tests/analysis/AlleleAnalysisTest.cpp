@@ -11,12 +11,14 @@ namespace {
 Table PopulationTable(const std::vector<std::vector<std::string>>& samples) {
     Table table;
     const int columns = static_cast<int>(samples.front().size()) + 2;
-    for (int c = 1; c <= columns; ++c) table.AppendColumn("Col_" + std::to_string(c));
+    for (int c = 1; c <= columns; ++c)
+        table.AppendColumn("Col_" + std::to_string(c));
     table.AddNew();
     table.SetField(1, "Population");
     table.AddNew();
     table.SetField(0, "Sample no.");
-    for (int c = 2; c < columns; c += 2) table.SetField(c, "L" + std::to_string(c / 2));
+    for (int c = 2; c < columns; c += 2)
+        table.SetField(c, "L" + std::to_string(c / 2));
     int number = 1;
     for (const auto& alleles : samples) {
         table.AddNew();
@@ -34,7 +36,8 @@ struct RecordedRun {
     std::vector<int> progress;
     std::unique_ptr<AlleleAnalysis> analysis;
 
-    RecordedRun(const Table& table, Int16 loci, bool threaded = false, Int16 code = 0) {
+    RecordedRun(const Table& table, Int16 loci, bool threaded = false, Int16 code = 0,
+                bool heterozygotesOnly = false) {
         RunSettings settings;
         settings.seed = 12345;
         settings.randomisations = 1000;
@@ -42,6 +45,7 @@ struct RecordedRun {
         settings.repeatCodes.assign(static_cast<std::size_t>(loci), 2);
         settings.tableFolder = TAVRELLE_TABLE_DIR;
         settings.threaded = threaded;
+        settings.heterozygotesOnly = heterozygotesOnly;
         RunHooks hooks;
         hooks.prompter = &prompter;
         hooks.resetDisplay = [this] { ++resets; };
@@ -96,13 +100,16 @@ TEST(AlleleAnalysis, ObservedCountsHoldEveryScoredIndividual) {
     RecordedRun run(table, 3);
     for (const LocusResult& locus : run.analysis->Loci()) {
         int pairs = 0;
-        for (Int16 c : locus.observedDifferences) pairs += c;
+        for (Int16 c : locus.observedDifferences)
+            pairs += c;
         EXPECT_EQ(pairs, locus.Scored());
         int homozygotes = 0;
-        for (Int16 c : locus.observedHomozygotes) homozygotes += c;
+        for (Int16 c : locus.observedHomozygotes)
+            homozygotes += c;
         EXPECT_EQ(homozygotes, locus.observedDifferences[0]);
         double meanPairs = 0;
-        for (double m : locus.meanDifferences) meanPairs += m;
+        for (double m : locus.meanDifferences)
+            meanPairs += m;
         EXPECT_NEAR(meanPairs, locus.Scored(), 1e-9);
         EXPECT_EQ(locus.Scored() + locus.missingGenotypes, 60);
         for (std::size_t c = 0; c < locus.homozygoteBounds.lower.size(); ++c)
@@ -114,7 +121,8 @@ TEST(AlleleAnalysis, AChangedIntervalReusesTheRounds) {
     Table table = Simulated(44, 80, 4, 0.2);
     RecordedRun at95(table, 4, false, k95Percent);
     RecordedRun atRange(table, 4, false, kFullRange);
-    for (Int16 l = 0; l < 4; ++l) at95.analysis->LocusAnalysis(l, kFullRange);
+    for (Int16 l = 0; l < 4; ++l)
+        at95.analysis->LocusAnalysis(l, kFullRange);
     ExpectSameLoci(*at95.analysis, *atRange.analysis);
 }
 
@@ -148,8 +156,10 @@ TEST(AlleleAnalysis, ACellThatIsNoNumberEndsTheRunAtItsLocus) {
 
 TEST(AlleleAnalysis, TooManyHomozygotesOfOneSizeIsReportedAndTheRunGoesOn) {
     std::vector<std::vector<std::string>> samples;
-    for (int i = 0; i < 160; ++i) samples.push_back({"100", "100", "100", "102"});
-    for (int i = 0; i < 240; ++i) samples.push_back({"102", "104", "102", "104"});
+    for (int i = 0; i < 160; ++i)
+        samples.push_back({"100", "100", "100", "102"});
+    for (int i = 0; i < 240; ++i)
+        samples.push_back({"102", "104", "102", "104"});
     RecordedRun run(PopulationTable(samples), 2);
     EXPECT_FALSE(run.analysis->RunError());
     EXPECT_TRUE(run.analysis->TooManySamples());
@@ -163,6 +173,28 @@ TEST(AlleleAnalysis, TooManyHomozygotesOfOneSizeIsReportedAndTheRunGoesOn) {
               "around 750 samples.\r\nPlease divide the population into smaller groups and try "
               "again.");
     EXPECT_EQ(run.prompter.messages[0].caption, "Too many samples");
+}
+
+TEST(AlleleAnalysis, TheHeterozygotesOnlySwitchLeavesHomozygotesOutOfThePool) {
+    Table table = PopulationTable({{"100", "100"},
+                                   {"100", "100"},
+                                   {"100", "102"},
+                                   {"102", "104"},
+                                   {"104", "104"},
+                                   {"100", "104"}});
+    RecordedRun all(table, 1);
+    RecordedRun heterozygotes(table, 1, false, 0, true);
+    double allPairs = 0;
+    double heterozygotePairs = 0;
+    for (double m : all.analysis->Loci()[0].meanDifferences)
+        allPairs += m;
+    for (double m : heterozygotes.analysis->Loci()[0].meanDifferences)
+        heterozygotePairs += m;
+    EXPECT_DOUBLE_EQ(allPairs, 6);
+    EXPECT_DOUBLE_EQ(heterozygotePairs, 3);
+    // The observed counts stay those of every scored individual.
+    EXPECT_EQ(heterozygotes.analysis->Loci()[0].observedDifferences,
+              all.analysis->Loci()[0].observedDifferences);
 }
 
 TEST(AlleleAnalysis, PopulationNameIsTheThirdSampleNameUpToItsFirstSpace) {

@@ -20,7 +20,8 @@ RoundMatrix Matrix(const std::vector<std::vector<Int16>>& classes) {
 RoundMatrix Ranks(int classes, int rounds) {
     std::vector<std::vector<Int16>> counts(static_cast<std::size_t>(classes));
     for (auto& c : counts)
-        for (int r = 0; r < rounds; ++r) c.push_back(static_cast<Int16>(r));
+        for (int r = 0; r < rounds; ++r)
+            c.push_back(static_cast<Int16>(r));
     return Matrix(counts);
 }
 
@@ -91,8 +92,8 @@ TEST(ClassBinomialTest, HandComputedLocus) {
     // 3, 2 and 3 copies, one homozygote each at 100 and 104.
     std::vector<Int16> alleles{100, 100, 100, 102, 102, 104, 104, 104};
     CountArray observed{1, 0, 0, 0, 1};
-    RoundMatrix rounds = Matrix({{0, 1, 1, 2}, {0, 0, 0, 0}, {0, 0, 0, 1}, {0, 0, 0, 0},
-                                 {1, 1, 1, 1}});
+    RoundMatrix rounds =
+        Matrix({{0, 1, 1, 2}, {0, 0, 0, 0}, {0, 0, 0, 1}, {0, 0, 0, 0}, {1, 1, 1, 1}});
     const StatisticalTables tables = LoadStatisticalTables(TAVRELLE_TABLE_DIR);
     BinomialOutcome outcome;
     ClassBinomialTest(observed, alleles, rounds, tables.chi, outcome);
@@ -137,9 +138,12 @@ TEST(ClassBinomialTest, MoreCopiesThanIndividualsSkipsTheBinomialButNotTheTotals
 TEST(ClassBinomialTest, OneHundredFiftyFiveHomozygotesOverflow) {
     // 160 homozygotes of 100 and 240 heterozygotes (102, 104): 100^155 leaves the doubles.
     std::vector<Int16> alleles;
-    for (int i = 0; i < 320; ++i) alleles.push_back(100);
-    for (int i = 0; i < 240; ++i) alleles.push_back(102);
-    for (int i = 0; i < 240; ++i) alleles.push_back(104);
+    for (int i = 0; i < 320; ++i)
+        alleles.push_back(100);
+    for (int i = 0; i < 240; ++i)
+        alleles.push_back(102);
+    for (int i = 0; i < 240; ++i)
+        alleles.push_back(104);
     RoundMatrix rounds(5, 10);
     BinomialOutcome outcome;
     ClassBinomialTest({160, 0, 0, 0, 0}, alleles, rounds, ChiSquareTable{}, outcome);

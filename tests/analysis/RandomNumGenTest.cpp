@@ -1,5 +1,7 @@
 #include "analysis/RandomNumGen.h"
 
+#include "analysis/ClockSeed.h"
+
 #include <gtest/gtest.h>
 
 #include "base/ProgramError.h"
@@ -68,7 +70,8 @@ TEST(RandomNumGen, PositiveSeedsStartFromAnEmptyTable) {
     for (std::int32_t seed : {1, 12345}) {
         RandomNumGen generator;
         generator.SetSeedValue(seed);
-        for (int i = 0; i < 8; ++i) generator.GeneratedNumber();
+        for (int i = 0; i < 8; ++i)
+            generator.GeneratedNumber();
         ninth.push_back(generator.GeneratedNumber());
     }
     EXPECT_EQ(ninth[0], 271289119.0 * RandomNumGen::kScale);
@@ -113,6 +116,15 @@ TEST(RandomNumGen, TheMostNegativeSeedIsAnOverflow) {
     RandomNumGen generator;
     generator.SetSeedValue(INT32_MIN);
     EXPECT_THROW(generator.GeneratedNumber(), ProgramError);
+}
+
+TEST(ClockSeed, CountsCalendarSecondsFromTheStartOf2003) {
+    EXPECT_EQ(SecondsSince2003(2003, 1, 1, 0, 0, 0), 0);
+    EXPECT_EQ(SecondsSince2003(2003, 1, 2, 0, 0, 1), 86401);
+    // 2004 is a leap year: 365 + 60 days to 1 March 2004.
+    EXPECT_EQ(SecondsSince2003(2004, 3, 1, 0, 0, 0), 425LL * 86400);
+    EXPECT_EQ(SecondsSince2003(2026, 11, 21, 12, 0, 0), 8725LL * 86400 + 12 * 3600);
+    EXPECT_GT(SeedFromClock(), 700000000);
 }
 
 }  // namespace
