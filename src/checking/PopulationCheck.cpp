@@ -1,0 +1,214 @@
+#include "checking/PopulationCheck.h"
+
+#include <algorithm>
+
+#include "base/Numbers.h"
+
+namespace tavrelle {
+
+namespace {
+
+constexpr Int16 kSmallestMaximum = 50;
+constexpr Int16 kLargestMaximum = 700;
+constexpr Int16 kUsualLow = 100;
+constexpr Int16 kUsualHigh = 500;
+
+Message Box(std::string text, MessageIcon icon = MessageIcon::None) {
+    return {std::move(text), "", icon, MessageButtons::Ok};
+}
+
+// The finder replaces its list on its first entry of a check and appends from then on, so a
+// list nothing is added to keeps what an earlier check left.
+class CellCollector {
+public:
+    CellCollector(std::vector<CellPosition>& cells, std::vector<Table::Bookmark>* bookmarks)
+        : cells_(cells), bookmarks_(bookmarks) {}
+
+    void Add(const Table& table, int column, int row) {
+        if (count_ == 0) {
+            cells_.clear();
+            if (bookmarks_ != nullptr) bookmarks_->clear();
+        }
+        cells_.push_back({Narrow16(column), Narrow16(row)});
+        if (bookmarks_ != nullptr) bookmarks_->push_back(table.GetBookmark());
+        count_ = Narrow16(count_ + 1);
+    }
+    Int16 Count() const { return count_; }
+    const std::vector<CellPosition>& Cells() const { return cells_; }
+
+private:
+    std::vector<CellPosition>& cells_;
+    std::vector<Table::Bookmark>* bookmarks_;
+    Int16 count_ = 0;
+};
+
+// Rows and columns as the grid shows them: row 1 is the first sample, column 3 the first allele.
+std::string LocationSection(Table& table, std::string_view heading,
+                            const std::vector<CellPosition>& cells) {
+    std::string text(heading);
+    text += "\r\nValue\tRow\tColumn\r\n";
+    for (const CellPosition& cell : cells) {
+        table.MoveFirst();
+        table.Move(cell.row);
+        text += table.Field(cell.column) + "\t" + std::to_string(cell.row - 1) + "\t" +
+                std::to_string(cell.column + 1) + "\r\n";
+    }
+    return text;
+}
+
+Int16 RepeatCode(const std::vector<Int16>& repeatCodes, int locus) {
+    if (locus < 0 || static_cast<std::size_t>(locus) >= repeatCodes.size())
+        throw ProgramError::SubscriptOutOfRange();
+    Int16 code = repeatCodes[static_cast<std::size_t>(locus)];
+    if (code == 0) throw ProgramError::DivisionByZero();
+    return code;
+}
+
+}  // namespace
+
+CheckOutcome ValidatePopulation(Table& rsAlleleData, const std::vector<Int16>& repeatCodes,
+                                std::string_view sizeText, CheckFlags& flags, SuspectCells& cells,
+                                Prompter& prompter) {
+    if (std::find(repeatCodes.begin(), repeatCodes.end(), Int16{0}) != repeatCodes.end()) {
+        prompter.Show(Box("Please select a Repeat Motif for all Loci"));
+        flags.CheckOk = false;
+        flags.CheckClean = true;
+        return CheckOutcome{};
+    }
+    flags.CheckOk = true;
+    return CheckPopulation(rsAlleleData, repeatCodes, sizeText, flags, cells, prompter);
+}
+
+CheckOutcome CheckPopulation(Table& rsAlleleData, const std::vector<Int16>& repeatCodes,
+                             std::string_view sizeText, CheckFlags& flags, SuspectCells& cells,
+                             Prompter& prompter) {
+    CheckOutcome outcome;
+    flags.CheckClean = true;
+    outcome.PanesCleared = true;
+
+    if (sizeText.empty() || !IsWholeNumber(sizeText)) {
+        prompter.Show(Box("The Maximum Allele Size must be an Integer"));
+        outcome.ending = CheckEnding::SizeNotInteger;
+        outcome.HourglassStays = true;
+        outcome.RefreshLocusPanel = true;
+        return outcome;
+    }
+
+    rsAlleleData.MoveFirst();
+    Int16 maximum = std::clamp(TextToInt16(sizeText), kSmallestMaximum, kLargestMaximum);
+    outcome.SizeText = std::to_string(maximum);
+    if (maximum < kUsualLow || maximum > kUsualHigh) {
+        prompter.Show(
+            Box("The maximum allele size is set outside normal limits.\r"
+                "The range is usually " +
+                std::to_string(kUsualLow) + " to " + std::to_string(kUsualHigh) + " but " +
+                std::to_string(kSmallestMaximum) + " to " + std::to_string(kLargestMaximum) +
+                " is permitted."));
+    }
+
+    rsAlleleData.MoveNext();
+    if (rsAlleleData.RecordCount() < 6) {
+        flags.AbandonRun = true;
+        prompter.Show(Box("Insufficient data to perform analysis", MessageIcon::Exclamation));
+        outcome.ending = CheckEnding::InsufficientData;
+        return outcome;
+    }
+
+    const int lastRow = Narrow16(rsAlleleData.RecordCount() - 1);
+    const int columnCount = rsAlleleData.ColumnCount();
+    CellCollector nonInteger(cells.NonIntegerCells, nullptr);
+    CellCollector unexpected(cells.UnexpectedCells, &cells.UnexpectedBookmarks);
+    CellCollector inconsistent(cells.InconsistentCells, &cells.InconsistentBookmarks);
+
+    // First pass: whole numbers within 1 to the maximum; so every missing allele (0) is listed.
+    for (int row = 2; row <= lastRow; ++row) {
+        rsAlleleData.MoveNext();
+        for (int column = 2; column <= columnCount - 2; column += 2) {
+            for (int cell : {column, column + 1}) {
+                const std::string& text = rsAlleleData.Field(cell);
+                if (IsWholeNumber(text)) {
+                    Int16 value = TextToInt16(text);
+                    if (!(value <= maximum && value >= 1)) unexpected.Add(rsAlleleData, cell, row);
+                } else {
+                    nonInteger.Add(rsAlleleData, cell, row);
+                }
+            }
+        }
+    }
+
+    if (nonInteger.Count() > 0) {
+        // The modulus test needs a number in every cell.
+        flags.CheckClean = false;
+        prompter.Show(Box(std::to_string(nonInteger.Count()) +
+                              " value(s) not positive integer.\r\nPlease correct and try again.",
+                          MessageIcon::Critical));
+        outcome.ending = CheckEnding::NonInteger;
+        outcome.LeftPanel = PanelChange::Shown;
+        outcome.LocationText =
+            LocationSection(rsAlleleData, "Non-integer values:", nonInteger.Cells());
+        outcome.RefreshLocusPanel = true;
+        return outcome;
+    }
+
+    // The first sample's Allele A alone sets each locus's reference modulus.
+    const int loci = (columnCount - 2) / 2;
+    std::vector<Int16> reference;
+    rsAlleleData.MoveFirst();
+    rsAlleleData.Move(2);
+    for (int locus = 0; locus < loci; ++locus) {
+        reference.push_back(static_cast<Int16>(TextToInt16(rsAlleleData.Field(2 + 2 * locus)) %
+                                               RepeatCode(repeatCodes, locus)));
+    }
+
+    // Second pass: a missing allele never breaks the motif.
+    rsAlleleData.MoveFirst();
+    rsAlleleData.Move(1);
+    for (int row = 2; row <= lastRow; ++row) {
+        rsAlleleData.MoveNext();
+        for (int locus = 0; locus < loci; ++locus) {
+            Int16 code = RepeatCode(repeatCodes, locus);
+            for (int cell : {2 + 2 * locus, 3 + 2 * locus}) {
+                Int16 value = TextToInt16(rsAlleleData.Field(cell));
+                if (value % code != reference[static_cast<std::size_t>(locus)] && value != 0)
+                    inconsistent.Add(rsAlleleData, cell, row);
+            }
+        }
+    }
+
+    std::string summary;
+    if (unexpected.Count() > 0)
+        summary +=
+            std::to_string(unexpected.Count()) + " value(s) may be outside the expected range.\r\n";
+    if (inconsistent.Count() > 0)
+        summary +=
+            std::to_string(inconsistent.Count()) + " value(s) with inconsistent modulus.\r\n";
+    outcome.EnableRunCommands = true;
+    outcome.RefreshLocusPanel = true;
+
+    if (summary.empty()) {
+        outcome.ending = CheckEnding::Clean;
+        outcome.LeftPanel = PanelChange::Hidden;
+        if (!flags.AnalyseInProgress) {
+            prompter.Show(
+                Box("No errors were found in the input data.\r\n"
+                    "Click 'Analyse' or 'Next Population' to continue."));
+        }
+        flags.UncheckedData = false;
+        return outcome;
+    }
+
+    outcome.ending = CheckEnding::Suspect;
+    outcome.LeftPanel = PanelChange::Shown;
+    if (unexpected.Count() > 0)
+        outcome.LocationText +=
+            LocationSection(rsAlleleData, "Unexpected values:", unexpected.Cells());
+    if (inconsistent.Count() > 0)
+        outcome.LocationText +=
+            LocationSection(rsAlleleData, "Inconsistent values:", inconsistent.Cells());
+    flags.CheckClean = false;
+    if (!flags.AnalyseInProgress) prompter.Show(Box(summary, MessageIcon::Exclamation));
+    flags.UncheckedData = false;
+    return outcome;
+}
+
+}  // namespace tavrelle

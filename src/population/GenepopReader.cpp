@@ -1,0 +1,113 @@
+// The Genepop dialect as the store reads it: three characters per allele, six per locus. The
+// readers tolerate and refuse by position rules, not by validation; the check does that later.
+
+#include <exception>
+
+#include "base/Numbers.h"
+#include "population/InputDataSource.h"
+#include "population/StringFunctions.h"
+
+namespace tavrelle {
+
+namespace {
+
+void StoreLocusName(std::vector<std::string>& names, Int16 index, std::string_view name) {
+    auto at = static_cast<std::size_t>(index);
+    if (names.size() <= at) names.resize(at + 1);
+    names[at] = std::string(name);
+}
+
+}  // namespace
+
+void InputDataSource::ReadGenepopHeader() {
+    title_ = input_.ReadLine();
+    Int16 index = 0;
+    while (!input_.Eof()) {
+        std::string line(TrimBlanks(input_.ReadLine()));
+        if (UpperCase(line) == "POP") {
+            GenepopHeaderFound_ = true;
+            return;
+        }
+        long long comma = InStr(line, ",");
+        if (comma == 0) {
+            StoreLocusName(LocusNames_, index, line);
+            index = Narrow16(index + 1);
+            continue;
+        }
+        while (comma > 0) {
+            StoreLocusName(LocusNames_, index, Left(line, comma - 1));
+            index = Narrow16(index + 1);
+            line = std::string(TrimBlanks(Mid(line, comma + 1)));
+            comma = InStr(line, ",");
+        }
+        // The index stays: the next line's first name takes this one's place, so "A,B" then
+        // "C,D" gives A, C, D. Files list names on one line or one per line, and both work.
+        StoreLocusName(LocusNames_, index, line);
+    }
+}
+
+void InputDataSource::ReadGenepopBody() {
+    // Any failure while reading is a refusal; the rows built so far stay.
+    try {
+        ReadGenepopBodyLines();
+    } catch (const std::exception&) {
+        GenepopBodyValid_ = false;
+    }
+}
+
+void InputDataSource::ReadGenepopBodyLines() {
+    AddDataMember("AllData");
+    Int16 sampleNumber = 1;
+    DisplayLociNames(rsAllData);
+    const Int16 loci = Narrow16(static_cast<long long>(LocusNames_.size()));
+
+    while (!input_.Eof()) {
+        std::string line(TrimBlanks(input_.ReadLine()));
+        if (UpperCase(line) == "POP") {
+            rsAllData.AddNew();
+            rsAllData.SetField(1, "Pop");
+            CurrentPopulation_ = Narrow16(CurrentPopulation_ + 1);
+            sampleNumber = 1;
+            line = std::string(TrimBlanks(input_.ReadLine()));
+        }
+
+        // A line without a comma asks Left for a negative length: the file is refused.
+        long long comma = InStr(line, ",");
+        std::string name(Left(line, comma - 1));
+        while (!name.empty() && name.back() == '\t')
+            name.pop_back();
+        std::string genotypes(TrimBlanks(Mid(line, comma + 1)));
+        while (!genotypes.empty() && genotypes.front() == '\t')
+            genotypes.erase(0, 1);
+
+        // Only the first genotype is measured: too short, or four digits before its blank.
+        if (genotypes.size() < 6 || InStr(genotypes, " ") == 5) {
+            GenepopBodyValid_ = false;
+            return;
+        }
+        GenepopBodyValid_ = true;
+        long long position = 1;
+
+        rsAllData.AddNew();
+        if (sampleNumber == 1) {
+            auto index = static_cast<std::size_t>(CurrentPopulation_ - 1);
+            if (index >= PopulationBookmarks_.size()) throw ProgramError::SubscriptOutOfRange();
+            PopulationBookmarks_[index] = rsAllData.GetBookmark();
+            PopulationBookmarks_.emplace_back();
+        }
+        rsAllData.SetField(0, std::to_string(sampleNumber));
+        rsAllData.SetField(1, std::string(TrimBlanks(name)));
+
+        // Each genotype starts at the first blank of what is left; a tab is no blank, and a
+        // missing genotype leaves position 0, which Mid refuses.
+        for (Int16 locus = 0; locus < loci; ++locus) {
+            genotypes = std::string(TrimBlanks(Mid(genotypes, position)));
+            rsAllData.SetField(2 + 2 * locus, std::string(TrimBlanks(Mid(genotypes, 1, 3))));
+            rsAllData.SetField(3 + 2 * locus, std::string(TrimBlanks(Mid(genotypes, 4, 3))));
+            position = InStr(genotypes, " ");
+        }
+        sampleNumber = Narrow16(sampleNumber + 1);
+    }
+}
+
+}  // namespace tavrelle
