@@ -1,0 +1,37 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/Prompter.h"
+#include "checking/SuspectValues.h"
+
+namespace tavrelle {
+
+// A file dialog as the commands ask for one: title, start folder, filter in the
+// "Name|pattern|Name|pattern" form, proposed name.
+struct FileDialogRequest {
+    std::string title;
+    std::string folder;
+    std::string filter;
+    std::string proposedName;
+};
+
+// Everything the main screen asks of the user in a modal way: message boxes and example screens
+// (as the engine does, through Prompter), file dialogs, the Possible Errors dialog, the new-grid
+// dialog and the sheet dialog. The desktop shows real dialogs; tests answer from a script.
+class Interaction : public Prompter {
+public:
+    // A full path, or nothing when the user cancelled.
+    virtual std::optional<std::string> OpenFileName(const FileDialogRequest& request) = 0;
+    virtual std::optional<std::string> SaveFileName(const FileDialogRequest& request) = 0;
+    // frmErrorDialog's answer.
+    virtual ErrorDialogChoice PossibleErrors() = 0;
+    // frmNewGrid: the locus names of the new grid, or nothing when cancelled.
+    virtual std::optional<std::vector<std::string>> NewGridLoci() = 0;
+    // frmSheetDialog: the sheet to read from a workbook; empty when cancelled.
+    virtual std::string SheetName(const std::string& workbook) = 0;
+};
+
+}  // namespace tavrelle

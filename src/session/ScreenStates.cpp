@@ -1,0 +1,156 @@
+#include "session/ScreenStates.h"
+
+#include <map>
+
+namespace tavrelle {
+
+namespace {
+
+using C = Control;
+using S = Setting;
+
+// The panel controls ClearDisplay hides or disables; data on screen brings them back.
+const std::vector<ControlSetting> kPanelOff = {
+    {C::RepeatLabel, S::Hide},     {C::RepeatCombo, S::Hide},       {C::MaxAlleleLabel, S::Hide},
+    {C::ValidateLabel, S::Hide},   {C::CILabel, S::Hide},           {C::CICombo, S::Hide},
+    {C::XLabel, S::Hide},          {C::TablesLabel, S::Hide},       {C::PLocusButton, S::Disable},
+    {C::LocusTextBox, S::Disable}, {C::NLocusButton, S::Disable},   {C::AllButton, S::Disable},
+    {C::SizeTextBox, S::Disable},  {C::ValidateButton, S::Disable}, {C::RandButton, S::Disable},
+    {C::RandTextBox, S::Disable},  {C::NextPopButton, S::Disable},  {C::PPopButton, S::Disable},
+    {C::NPopButton, S::Disable}};
+
+const std::vector<ControlSetting> kMenusOff = {
+    {C::mnuToggle, S::Disable},   {C::mnuSaveAs, S::Disable}, {C::mnuDisplayGraphs, S::Disable},
+    {C::mnuAnalysis, S::Disable}, {C::mnuNulls, S::Disable},  {C::mnuCut, S::Disable},
+    {C::mnuCopy, S::Disable},     {C::mnuPaste, S::Disable},  {C::mnuSelectAll, S::Disable},
+    {C::mnuDelete, S::Disable},   {C::Toolbar4, S::Disable},  {C::Toolbar6, S::Disable},
+    {C::Toolbar7, S::Disable},    {C::Toolbar8, S::Disable},  {C::Toolbar10, S::Disable},
+    {C::Toolbar12, S::Disable},   {C::Toolbar14, S::Disable}, {C::Toolbar16, S::Disable}};
+
+// Data on screen: the settings panel back (the locus arrows and population buttons are set by
+// the routines that fill the locus list and look at the store), and the editing commands on.
+const std::vector<ControlSetting> kDataShown = {
+    {C::RepeatLabel, S::Show},    {C::RepeatCombo, S::Show},
+    {C::MaxAlleleLabel, S::Show}, {C::ValidateLabel, S::Show},
+    {C::CILabel, S::Show},        {C::CICombo, S::Show},
+    {C::XLabel, S::Show},         {C::AllButton, S::Enable},
+    {C::SizeTextBox, S::Enable},  {C::ValidateButton, S::Enable},
+    {C::RandButton, S::Enable},   {C::RandTextBox, S::Enable},
+    {C::mnuSaveAs, S::Enable},    {C::mnuDisplayGraphs, S::Enable},
+    {C::mnuPaste, S::Enable},     {C::mnuSelectAll, S::Enable},
+    {C::mnuDelete, S::Enable},    {C::mnuCut, S::Disable},
+    {C::mnuCopy, S::Disable},     {C::Toolbar6, S::Disable},
+    {C::Toolbar7, S::Disable},    {C::Toolbar8, S::Enable},
+    {C::Toolbar4, S::Enable}};
+
+std::vector<ControlSetting> Joined(std::initializer_list<std::vector<ControlSetting>> parts) {
+    std::vector<ControlSetting> all;
+    for (const auto& part : parts)
+        all.insert(all.end(), part.begin(), part.end());
+    return all;
+}
+
+const std::map<ScreenState, std::vector<ControlSetting>>& Table() {
+    static const std::map<ScreenState, std::vector<ControlSetting>> table = {
+        {ScreenState::NoData, Joined({kPanelOff, kMenusOff})},
+        {ScreenState::OpeningFile,
+         {{C::mnuToggle, S::Disable},
+          {C::Toolbar10, S::Disable},
+          {C::Toolbar12, S::Disable},
+          {C::Toolbar14, S::Disable},
+          {C::Toolbar16, S::Disable},
+          {C::mnuDisplayGraphs, S::Disable},
+          {C::mnuAnalysis, S::Disable},
+          {C::mnuNulls, S::Disable}}},
+        {ScreenState::DataShown, kDataShown},
+        // The Estimate Frequencies command stays on after a reset, as it always has.
+        {ScreenState::ResetAfterFailure,
+         {{C::mnuToggle, S::Disable},
+          {C::Toolbar10, S::Disable},
+          {C::Toolbar12, S::Disable},
+          {C::Toolbar14, S::Disable},
+          {C::Toolbar16, S::Disable},
+          {C::mnuDisplayGraphs, S::Disable},
+          {C::mnuNulls, S::Disable},
+          {C::mnuAnalysis, S::Enable}}},
+        {ScreenState::NewGrid, {{C::mnuToggle, S::Disable},     {C::Toolbar10, S::Disable},
+                                {C::Toolbar14, S::Disable},     {C::Toolbar16, S::Disable},
+                                {C::mnuAnalysis, S::Disable},   {C::mnuNulls, S::Disable},
+                                {C::PLocusButton, S::Disable},  {C::LocusTextBox, S::Disable},
+                                {C::NLocusButton, S::Disable},  {C::NextPopButton, S::Disable},
+                                {C::PPopButton, S::Disable},    {C::NPopButton, S::Disable},
+                                {C::TablesLabel, S::Hide},      {C::mnuCut, S::Enable},
+                                {C::mnuCopy, S::Enable},        {C::mnuPaste, S::Enable},
+                                {C::mnuSelectAll, S::Enable},   {C::mnuDelete, S::Enable},
+                                {C::mnuSaveAs, S::Enable},      {C::mnuDisplayGraphs, S::Enable},
+                                {C::Toolbar4, S::Enable},       {C::Toolbar6, S::Enable},
+                                {C::Toolbar7, S::Enable},       {C::Toolbar8, S::Enable},
+                                {C::RepeatLabel, S::Show},      {C::RepeatCombo, S::Show},
+                                {C::AllButton, S::Enable},      {C::MaxAlleleLabel, S::Show},
+                                {C::SizeTextBox, S::Enable},    {C::ValidateLabel, S::Show},
+                                {C::ValidateButton, S::Enable}, {C::CILabel, S::Show},
+                                {C::CICombo, S::Show},          {C::RandButton, S::Enable},
+                                {C::RandTextBox, S::Enable},    {C::XLabel, S::Show}}},
+        {ScreenState::CheckStarted, {{C::mnuToggle, S::Disable}, {C::Toolbar10, S::Disable}}},
+        {ScreenState::CheckAllowsRun,
+         {{C::RandButton, S::Enable}, {C::mnuDisplayGraphs, S::Enable}}},
+        {ScreenState::AfterRun,
+         {{C::mnuToggle, S::Enable},
+          {C::mnuAnalysis, S::Enable},
+          {C::mnuNulls, S::Enable},
+          {C::Toolbar6, S::Disable},
+          {C::Toolbar7, S::Disable},
+          {C::Toolbar8, S::Disable},
+          {C::Toolbar10, S::Enable},
+          {C::Toolbar12, S::Enable},
+          {C::Toolbar14, S::Enable},
+          {C::Toolbar16, S::Enable}}},
+        {ScreenState::NextPopulation,
+         {{C::NextPopButton, S::Disable},
+          {C::mnuDisplayGraphs, S::Disable},
+          {C::PPopButton, S::Enable},
+          {C::TablesLabel, S::Show},
+          {C::mnuToggle, S::Disable},
+          {C::mnuAnalysis, S::Disable},
+          {C::mnuNulls, S::Disable},
+          {C::Toolbar10, S::Disable},
+          {C::Toolbar14, S::Disable},
+          {C::Toolbar16, S::Disable}}},
+        {ScreenState::BrowsePopulations,
+         {{C::mnuToggle, S::Disable},
+          {C::mnuAnalysis, S::Disable},
+          {C::mnuNulls, S::Disable},
+          {C::Toolbar10, S::Disable},
+          {C::Toolbar14, S::Disable},
+          {C::Toolbar16, S::Disable}}},
+        {ScreenState::GraphsClosed,
+         {{C::Toolbar6, S::Enable},
+          {C::Toolbar7, S::Enable},
+          {C::Toolbar8, S::Enable},
+          {C::Toolbar12, S::Disable},
+          {C::Toolbar10, S::Disable}}},
+        {ScreenState::GridHidden,
+         {{C::Toolbar6, S::Disable}, {C::Toolbar7, S::Disable}, {C::Toolbar8, S::Disable}}},
+        {ScreenState::GridShown,
+         {{C::Toolbar6, S::Enable}, {C::Toolbar7, S::Enable}, {C::Toolbar8, S::Enable}}},
+        {ScreenState::RowsSelected,
+         {{C::Toolbar6, S::Enable},
+          {C::Toolbar7, S::Enable},
+          {C::mnuCut, S::Enable},
+          {C::mnuCopy, S::Enable}}},
+        {ScreenState::NoRowsSelected,
+         {{C::Toolbar6, S::Disable},
+          {C::Toolbar7, S::Disable},
+          {C::mnuCut, S::Disable},
+          {C::mnuCopy, S::Disable}}},
+    };
+    return table;
+}
+
+}  // namespace
+
+const std::vector<ControlSetting>& SettingsOf(ScreenState state) {
+    return Table().at(state);
+}
+
+}  // namespace tavrelle

@@ -1,0 +1,172 @@
+#pragma once
+
+#include <QMainWindow>
+#include <array>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "checking/CheckFlags.h"
+#include "checking/SuspectCells.h"
+#include "session/AlleleGridModel.h"
+#include "session/Interaction.h"
+#include "session/ScreenStates.h"
+#include "session/Session.h"
+
+class QAction;
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QMdiArea;
+class QPlainTextEdit;
+class QPushButton;
+class QSplitter;
+class QTableView;
+class QToolBar;
+class QToolButton;
+
+namespace tavrelle {
+
+class GridView;
+
+// The main frame: menus, toolbar, the settings panel, the grid of the population on screen, the
+// text panes of a run and the bottom bar; graph windows open inside it. It prepares and shows;
+// the store holds the data and the engine computes. Every command catches a program error at
+// its top, saves the loaded populations to a recovery file and ends the session.
+class frmMain : public QMainWindow {
+    Q_OBJECT
+public:
+    frmMain(Session& session, Interaction& interaction, std::filesystem::path programFolder,
+            QWidget* parent = nullptr);
+    ~frmMain() override;
+
+    // Commands, as the menus, toolbar and buttons reach them.
+    void mnuNew_Click();
+    void mnuFileOpen_Click();
+    void mnuSaveAs_Click();
+    void mnuFileExit_Click();
+    void CloseGridButton_Click();
+    void mnuCut_Click();
+    void mnuCopy_Click();
+    void mnuPaste_Click();
+    void mnuSelectAll_Click();
+    void mnuDelete_Click();
+    void mnuToggle_Click();
+    void mnuCloseGraphs_Click();
+    void mnuAnalysis_Click();
+    void mnuNulls_Click();
+    void ValidateButton_Click();
+    void RandButton_Click();
+    void NextPopButton_Click();
+    void NPopButton_Click();
+    void PPopButton_Click();
+    void NLocusButton_Click();
+    void PLocusButton_Click();
+    void RepeatCombo_Click(int listIndex);
+    void AllButton_Click();
+    void ResetDisplay();
+
+    // A program error ends the session here: the loaded populations go to a recovery file
+    // first. Tests replace the ending.
+    std::function<void(int exitCode)> endSession;
+    std::string RecoveryFolder() const;
+
+    // Controls, named as the program names them.
+    QAction *mnuNew, *mnuFileOpen, *mnuSaveAs, *mnuFileExit;
+    QAction *mnuCut, *mnuCopy, *mnuPaste, *mnuSelectAll, *mnuDelete;
+    QAction* mnuToggle;
+    QAction *mnuRandAll, *mnuDisplayGraphs, *mnuAnalysis, *mnuNulls;
+    QAction *mnuHelpContents, *mnuHelpIndex, *mnuHelpPDF, *mnuHelpQ, *mnuHelpAbout;
+    QToolBar* tbToolbar;
+    std::map<int, QAction*> ToolbarButtons;  // by position
+    QWidget* LeftPanel;
+    QLabel *RepeatLabel, *MaxAlleleLabel, *ValidateLabel, *CILabel, *XLabel, *TablesLabel;
+    QLineEdit *LocusTextBox, *SizeTextBox, *RandTextBox;
+    QPushButton *PLocusButton, *NLocusButton, *AllButton, *ValidateButton, *RandButton;
+    QComboBox *RepeatCombo, *CICombo;
+    QPlainTextEdit *LocationText, *AdvisoryTBox, *AnalysisTBox;
+    GridView* DataGrid1;
+    QLabel* GridCaption;
+    QToolButton* CloseGridButton;
+    QWidget* MessageBar;
+    QWidget* BottomBar;
+    QPushButton *NextPopButton, *NPopButton, *PPopButton, *ExitButton, *ShowAllPopsButton;
+    QMdiArea* mdiArea;
+    QLabel* StatusPanel1;
+
+    // State of the screen, as the commands leave it.
+    CheckFlags flags;
+    SuspectCells suspectCells;
+    bool ChangedData = false;
+    bool NoStoreYet = true;
+    bool isExcel = false;
+    std::string fileLocation;
+    Int16 PopulationNumber = 0;
+    Int16 LoadedPopulations = 0;
+    bool NoMorePopulations = false;
+    Int16 CurrentLocus = 0;
+    std::vector<std::string> LocusNameList;
+    std::vector<std::array<Int16, 2>> RepeatTable;  // per locus: list index, repeat code
+    std::vector<std::vector<std::string>> SavedLocusNames;
+    std::vector<std::vector<std::array<Int16, 2>>> SavedRepeatTables;
+    Int16 NumberRandomisations = 1000;
+    Int16 MaxAlleleSize = 350;
+
+    bool GridVisible() const;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void BuildMenus();
+    void BuildToolbar();
+    QWidget* BuildLeftPanel();
+    QWidget* BuildGridPanel();
+    QWidget* BuildMessageBar();
+    QWidget* BuildBottomBar();
+    void Connect(QAction* action, void (frmMain::*command)());
+
+    // Runs a command with the session's one handler for program errors around it.
+    void Guarded(const std::function<void()>& command);
+    void Fatal(const class ProgramError& error);
+
+    void Apply(ScreenState state);
+    void SetControl(Control control, Setting setting);
+    void ClearDisplay();
+    void ShowGrid(bool shown);
+    void SetToggleButton(bool gridShown);
+    void ShowLeftPanel(bool shown);
+    void ShowMessageBar(bool shown);
+
+    void CloseGrid();
+    void BindGrid();
+    void ShowPopulationCaption();
+    void StoreCurrentPopulation();
+    void LocusNameListRoutine();
+    void ShowLocus();
+    bool CheckPopulation();
+    void RandomiseData();
+    void OnGridSelectionChanged();
+    // Deletes the picked rows from the table, heading rows too; the grid's own deletion (from
+    // its row menu) refuses to start at a heading row.
+    void DeleteSelectedRows();
+    void GridDeleteRows();
+    std::vector<Table::Bookmark> PickedBookmarks() const;
+
+    Session& session_;
+    Interaction& interaction_;
+    std::filesystem::path programFolder_;
+    AlleleGridModel gridModel_;
+    QSplitter* verticalSplitter_ = nullptr;
+    QSplitter* horizontalSplitter_ = nullptr;
+    QWidget* gridPanel_ = nullptr;
+    QWidget* captionBar_ = nullptr;
+    // Stores that the grid may still show until a new binding replaces them.
+    std::vector<std::unique_ptr<InputDataSource>> retiredStores_;
+};
+
+}  // namespace tavrelle

@@ -1,0 +1,213 @@
+// File commands: Open, Save As, New, the close of the data set and the exit.
+#include <QComboBox>
+#include <QDir>
+#include <QFileInfo>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSplitter>
+#include <QToolButton>
+
+#include "base/Numbers.h"
+#include "population/GenepopWriter.h"
+#include "population/PopulationName.h"
+#include "session/GridView.h"
+#include "session/frmMain.h"
+
+namespace tavrelle {
+
+namespace {
+
+std::string FileTitle(const std::string& path) {
+    return QFileInfo(QString::fromStdString(path)).fileName().toStdString();
+}
+
+bool EndsWithXls(const std::string& name) {
+    return name.size() >= 3 && UpperCase(name.substr(name.size() - 3)) == "XLS";
+}
+
+}  // namespace
+
+void frmMain::BindGrid() {
+    gridModel_.Bind(&session_.gInputData->rsAlleleData);
+    DataGrid1->ClearPicked();
+}
+
+void frmMain::ShowPopulationCaption() {
+    Table& table = session_.gInputData->rsAlleleData;
+    const std::string name = table.RecordCount() > 2 ? ShowPopulationName(table) : "";
+    GridCaption->setText(QString::fromStdString(name));
+    gridModel_.Reload();
+    DataGrid1->FitColumns();
+}
+
+void frmMain::CloseGrid() {
+    if (ChangedData) {
+        const MessageAnswer answer = interaction_.Show(
+            {"Do you want to save all the loaded populations?", "Save Populations",
+             MessageIcon::Question, MessageButtons::YesNoCancel});
+        if (answer == MessageAnswer::Yes) {
+            mnuSaveAs_Click();
+            ShowGrid(false);
+            CloseGridButton->hide();
+            ClearDisplay();
+        } else if (answer == MessageAnswer::No) {
+            ShowGrid(false);
+            ChangedData = false;
+            mnuCloseGraphs_Click();
+            CloseGridButton->hide();
+            ClearDisplay();
+        }
+        return;
+    }
+    mnuCloseGraphs_Click();
+    CloseGridButton->hide();
+    ShowGrid(false);
+    ClearDisplay();
+}
+
+void frmMain::CloseGridButton_Click() {
+    CloseGrid();
+}
+
+void frmMain::mnuFileExit_Click() {
+    CloseGrid();
+    close();  // the frame's unload asks once more, and the session ends whatever the answer
+}
+
+void frmMain::mnuFileOpen_Click() {
+    session_.gGridIsNew = false;
+    CloseGrid();
+    ShowLeftPanel(false);
+    ShowMessageBar(false);
+    Apply(ScreenState::OpeningFile);
+    flags.UncheckedData = true;
+    PopulationNumber = 1;
+    LoadedPopulations = 1;
+
+    const std::filesystem::path demo = programFolder_ / ".." / "DemoFiles";
+    std::optional<std::string> chosen = interaction_.OpenFileName(
+        {"Open", demo.lexically_normal().string(),
+         "All Files (*.*)|*.*|Excel files (xls)|*.xls|Genepop (dat)|*.dat|Genepop (txt)|*.txt",
+         ""});
+    if (!chosen || chosen->empty()) return;  // cancelled: the controls stay off until an open
+    StatusPanel1->setText("  Loading...");
+    fileLocation = *chosen;
+    if (EndsWithXls(fileLocation)) {
+        isExcel = true;
+        session_.gExcelSheetName = interaction_.SheetName(fileLocation);
+        if (session_.gExcelSheetName.empty()) {
+            fileLocation.clear();
+            return;
+        }
+    } else {
+        isExcel = false;
+    }
+    setWindowTitle(QString::fromStdString("Tavrelle - " + FileTitle(fileLocation)));
+
+    StoreRequest request;
+    request.fileLocation = fileLocation;
+    request.isExcel = isExcel;
+    request.excelSheetName = session_.gExcelSheetName;
+    std::unique_ptr<InputDataSource> store;
+    try {
+        store = std::make_unique<InputDataSource>(request, interaction_);
+    } catch (const std::exception& error) {
+        interaction_.Show(
+            {error.what(), "Error Opening File", MessageIcon::Exclamation, MessageButtons::Ok});
+        return;
+    }
+    if (store->LocusNames().front().empty()) {
+        // A refused file: the screen stays as it was, the old store behind the old binding.
+        retiredStores_.push_back(std::move(store));
+        return;
+    }
+    if (session_.gInputData) retiredStores_.push_back(std::move(session_.gInputData));
+    session_.gInputData = std::move(store);
+    BindGrid();
+    ShowPopulationCaption();
+    retiredStores_.clear();
+
+    ShowLeftPanel(true);
+    Apply(ScreenState::DataShown);
+    CICombo->setCurrentIndex(0);
+    CloseGridButton->show();
+    ShowGrid(true);
+    suspectCells.ClearBookmarks();
+    StoreCurrentPopulation();
+    NoMorePopulations = session_.gInputData->IsAnotherPop();
+    NextPopButton->setEnabled(NoMorePopulations);
+    StatusPanel1->setText("  Ready");
+    NoStoreYet = false;
+}
+
+void frmMain::mnuSaveAs_Click() {
+    // Saving to Excel is offered only where the system offered it; a typed .xls still goes to
+    // the Excel writer.
+    std::optional<std::string> chosen = interaction_.SaveFileName(
+        {"Save As", QDir::homePath().toStdString(), "Text File (txt)|*.txt|DAT File (*.dat)|*.dat",
+         "PopulationData"});
+    if (!chosen) throw ProgramError(32755, "Cancel was selected.");
+    if (chosen->empty()) return;
+    const std::string title = FileTitle(*chosen);
+    if (EndsWithXls(title)) {
+        interaction_.Show(
+            {"An error has occurred during the save operation.\r\nExcel workbooks "
+             "cannot be written by this version.",
+             "", MessageIcon::Exclamation, MessageButtons::Ok});
+        mnuSaveAs_Click();
+        return;
+    }
+    if (SaveGenepopFile(*session_.gInputData, *chosen, title, session_.gGridIsNew, isExcel,
+                        interaction_) == SaveOutcome::Failed) {
+        gridModel_.Reload();
+        mnuSaveAs_Click();  // the user chooses another name or place
+    }
+}
+
+void frmMain::mnuNew_Click() {
+    CloseGrid();
+    ShowGrid(false);
+    ShowLeftPanel(false);
+    ShowMessageBar(false);
+    flags.UncheckedData = true;
+    fileLocation.clear();
+    PopulationNumber = 1;
+    std::optional<std::vector<std::string>> loci = interaction_.NewGridLoci();
+    session_.gGridIsNew = loci.has_value();
+    if (!loci) return;
+
+    session_.gNewGridLoaded = true;
+    StoreRequest request;
+    request.newGridLoaded = true;
+    request.gridIsNew = true;
+    if (session_.gInputData) retiredStores_.push_back(std::move(session_.gInputData));
+    session_.gInputData = std::make_unique<InputDataSource>(request, interaction_);
+    session_.gInputData->LocusNames(*loci);
+    NoStoreYet = false;
+
+    CloseGridButton->show();
+    InputDataSource& store = *session_.gInputData;
+    store.SetColumnHeaders(store.rsAllData);
+    store.DisplayLociNames(store.rsAllData);
+    store.SetColumnHeaders(store.rsAlleleData);
+    store.DisplayLociNames(store.rsAlleleData);
+    BindGrid();
+    retiredStores_.clear();
+    gridModel_.SetAllowAddNew(true);
+    GridCaption->setText("New Population");
+    setWindowTitle("Tavrelle");
+    RepeatTable.assign(loci->size(), {0, 0});
+    store.rsAlleleData.SetCell(1, 1, "");
+    gridModel_.Reload();
+
+    Apply(ScreenState::NewGrid);
+    CICombo->setCurrentIndex(0);
+    // The panel and the grid come up so that the new population can be typed at once.
+    ShowLeftPanel(true);
+    ShowGrid(true);
+    LocusNameListRoutine();
+}
+
+}  // namespace tavrelle

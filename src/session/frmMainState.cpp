@@ -1,0 +1,286 @@
+// The screen's states: which controls each moment enables, shows or hides, and the routines
+// that put the whole screen into a known state.
+#include <QAction>
+#include <QComboBox>
+#include <QDateTime>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSplitter>
+#include <QStandardPaths>
+#include <QToolButton>
+
+#include "population/GenepopWriter.h"
+#include "session/GridView.h"
+#include "session/Twips.h"
+#include "session/frmMain.h"
+
+namespace tavrelle {
+
+void frmMain::SetControl(Control control, Setting setting) {
+    QWidget* widget = nullptr;
+    QAction* action = nullptr;
+    switch (control) {
+        case Control::mnuToggle:
+            action = mnuToggle;
+            break;
+        case Control::mnuSaveAs:
+            action = mnuSaveAs;
+            break;
+        case Control::mnuDisplayGraphs:
+            action = mnuDisplayGraphs;
+            break;
+        case Control::mnuAnalysis:
+            action = mnuAnalysis;
+            break;
+        case Control::mnuNulls:
+            action = mnuNulls;
+            break;
+        case Control::mnuCut:
+            action = mnuCut;
+            break;
+        case Control::mnuCopy:
+            action = mnuCopy;
+            break;
+        case Control::mnuPaste:
+            action = mnuPaste;
+            break;
+        case Control::mnuSelectAll:
+            action = mnuSelectAll;
+            break;
+        case Control::mnuDelete:
+            action = mnuDelete;
+            break;
+        case Control::Toolbar4:
+            action = ToolbarButtons.at(4);
+            break;
+        case Control::Toolbar6:
+            action = ToolbarButtons.at(6);
+            break;
+        case Control::Toolbar7:
+            action = ToolbarButtons.at(7);
+            break;
+        case Control::Toolbar8:
+            action = ToolbarButtons.at(8);
+            break;
+        case Control::Toolbar10:
+            action = ToolbarButtons.at(10);
+            break;
+        case Control::Toolbar12:
+            action = ToolbarButtons.at(12);
+            break;
+        case Control::Toolbar14:
+            action = ToolbarButtons.at(14);
+            break;
+        case Control::Toolbar16:
+            action = ToolbarButtons.at(16);
+            break;
+        case Control::RepeatLabel:
+            widget = RepeatLabel;
+            break;
+        case Control::RepeatCombo:
+            widget = RepeatCombo;
+            break;
+        case Control::MaxAlleleLabel:
+            widget = MaxAlleleLabel;
+            break;
+        case Control::ValidateLabel:
+            widget = ValidateLabel;
+            break;
+        case Control::CILabel:
+            widget = CILabel;
+            break;
+        case Control::CICombo:
+            widget = CICombo;
+            break;
+        case Control::XLabel:
+            widget = XLabel;
+            break;
+        case Control::TablesLabel:
+            widget = TablesLabel;
+            break;
+        case Control::PLocusButton:
+            widget = PLocusButton;
+            break;
+        case Control::LocusTextBox:
+            widget = LocusTextBox;
+            break;
+        case Control::NLocusButton:
+            widget = NLocusButton;
+            break;
+        case Control::AllButton:
+            widget = AllButton;
+            break;
+        case Control::SizeTextBox:
+            widget = SizeTextBox;
+            break;
+        case Control::ValidateButton:
+            widget = ValidateButton;
+            break;
+        case Control::RandButton:
+            widget = RandButton;
+            break;
+        case Control::RandTextBox:
+            widget = RandTextBox;
+            break;
+        case Control::NextPopButton:
+            widget = NextPopButton;
+            break;
+        case Control::PPopButton:
+            widget = PPopButton;
+            break;
+        case Control::NPopButton:
+            widget = NPopButton;
+            break;
+    }
+    const bool on = setting == Setting::Enable || setting == Setting::Show;
+    const bool visibility = setting == Setting::Show || setting == Setting::Hide;
+    if (action) {
+        if (visibility)
+            action->setVisible(on);
+        else
+            action->setEnabled(on);
+    } else if (widget) {
+        if (visibility)
+            widget->setVisible(on);
+        else
+            widget->setEnabled(on);
+    }
+}
+
+void frmMain::Apply(ScreenState state) {
+    for (const ControlSetting& step : SettingsOf(state))
+        SetControl(step.control, step.setting);
+}
+
+bool frmMain::GridVisible() const {
+    return gridPanel_ && !DataGrid1->isHidden();
+}
+
+void frmMain::ShowGrid(bool shown) {
+    // The grid covers the area where the graph windows open; hiding it shows them.
+    DataGrid1->setVisible(shown);
+    captionBar_->setVisible(shown);
+    mdiArea->setVisible(!shown);
+}
+
+void frmMain::SetToggleButton(bool gridShown) {
+    QAction* toggle = ToolbarButtons.at(10);
+    toggle->setIcon(QIcon(gridShown ? ":/icons/graphs.svg" : ":/icons/grid.svg"));
+    toggle->setToolTip(gridShown ? "Show the results graphs" : "Show the DataGrid");
+}
+
+void frmMain::ShowLeftPanel(bool shown) {
+    LeftPanel->setVisible(shown);
+}
+
+void frmMain::ShowMessageBar(bool shown) {
+    MessageBar->setVisible(shown);
+    if (shown) {
+        const int bar = TwipsToPixels(3000, this);
+        horizontalSplitter_->setSizes({std::max(0, horizontalSplitter_->height() - bar), bar});
+    }
+}
+
+void frmMain::ClearDisplay() {
+    Apply(ScreenState::NoData);
+    LocusTextBox->clear();
+    SizeTextBox->setMaxLength(3);
+    SizeTextBox->setText(QString::number(MaxAlleleSize));
+    RandTextBox->setMaxLength(5);
+    RandTextBox->setText(QString::number(NumberRandomisations));
+    SavedLocusNames.assign(1, {});
+    SavedRepeatTables.assign(1, {});
+    session_.gNewGridLoaded = false;
+    ChangedData = false;
+    setWindowTitle("Tavrelle");
+}
+
+void frmMain::ResetDisplay() {
+    ShowLeftPanel(true);
+    ShowMessageBar(false);
+    Apply(ScreenState::ResetAfterFailure);
+    flags.UncheckedData = true;
+    StoreRequest request;
+    request.fileLocation = fileLocation;
+    request.isExcel = isExcel;
+    request.excelSheetName = session_.gExcelSheetName;
+    session_.gInputData = std::make_unique<InputDataSource>(request, interaction_);
+    if (session_.gInputData->LocusNames().front().empty()) return;
+    BindGrid();
+    ShowPopulationCaption();
+    Apply(ScreenState::DataShown);
+    CICombo->setCurrentIndex(0);
+    ShowGrid(true);
+    suspectCells.Clear();
+    StoreCurrentPopulation();
+    NextPopButton->setEnabled(session_.gInputData->IsAnotherPop());
+    StatusPanel1->setText("  Ready");
+    CloseGridButton->show();
+    DataGrid1->setFocus();
+    NoStoreYet = false;
+}
+
+void frmMain::mnuCloseGraphs_Click() {
+    for (QMdiSubWindow* child : mdiArea->subWindowList())
+        child->close();
+    mdiArea->closeAllSubWindows();
+    AnalysisTBox->clear();
+    AdvisoryTBox->clear();
+    Apply(ScreenState::GraphsClosed);
+    ShowGrid(true);
+}
+
+void frmMain::mnuToggle_Click() {
+    if (GridVisible()) {
+        ShowGrid(false);
+        Apply(ScreenState::GridHidden);
+        SetToggleButton(false);
+    } else {
+        ShowGrid(true);
+        DataGrid1->setFocus();
+        Apply(ScreenState::GridShown);
+        SetToggleButton(true);
+    }
+}
+
+std::string frmMain::RecoveryFolder() const {
+    QString folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    if (folder.isEmpty()) folder = QDir::homePath() + "/.tavrelle";
+    return (folder + "/Recovery").toStdString();
+}
+
+void frmMain::Guarded(const std::function<void()>& command) {
+    try {
+        command();
+    } catch (const ProgramError& error) {
+        Fatal(error);
+    }
+}
+
+void frmMain::Fatal(const ProgramError& error) {
+    std::string text =
+        "Run-time error '" + std::to_string(error.Number()) + "':\r\n\r\n" + error.Description();
+    if (session_.gInputData && !session_.gInputData->LocusNames().front().empty()) {
+        // Nothing typed or loaded is lost: every population goes to a recovery file first.
+        QDir().mkpath(QString::fromStdString(RecoveryFolder()));
+        const std::string path =
+            RecoveryFolder() + "/Recovered-" +
+            QDateTime::currentDateTime().toString("yyyyMMdd-HHmmss").toStdString() + ".gen";
+        RecordingPrompter quiet;
+        try {
+            if (SaveGenepopFile(*session_.gInputData, path, "Recovered populations",
+                                session_.gGridIsNew, isExcel, quiet) == SaveOutcome::Saved)
+                text += "\r\n\r\nThe loaded populations were saved to " + path + ".";
+        } catch (const std::exception&) {
+        }
+    }
+    interaction_.Show({text, "", MessageIcon::Critical, MessageButtons::Ok});
+    if (endSession) endSession(1);
+}
+
+}  // namespace tavrelle

@@ -1,0 +1,265 @@
+// The main screen driven as a user would: open, motifs, check, analyse, browse, close.
+#include "tests/gui/ScreenFixture.h"
+
+#include <QMdiArea>
+
+namespace tavrelle {
+namespace {
+
+const std::string kThreePopulations =
+    std::string(TAVRELLE_DEMO_FILES) + "/DemoThreePopulations.gen";
+
+TEST_F(ScreenTest, StartsWithNothingLoaded) {
+    EXPECT_EQ(screen->windowTitle(), "Tavrelle");
+    EXPECT_EQ(screen->StatusPanel1->text(), "  Ready");
+    EXPECT_EQ(MenuState(), "00 0000 0000 00 0 0000 00");
+    EXPECT_TRUE(screen->mnuNew->isEnabled());
+    EXPECT_TRUE(screen->mnuFileOpen->isEnabled());
+    EXPECT_EQ(Enabled({screen->PLocusButton, screen->LocusTextBox, screen->NLocusButton,
+                       screen->AllButton, screen->SizeTextBox, screen->ValidateButton,
+                       screen->RandTextBox, screen->NextPopButton, screen->PPopButton,
+                       screen->NPopButton}),
+              "0000000000");
+    EXPECT_TRUE(screen->RepeatCombo->isHidden());
+    EXPECT_TRUE(screen->CICombo->isHidden());
+    EXPECT_EQ(screen->SizeTextBox->text(), "350");
+    EXPECT_EQ(screen->RandTextBox->text(), "1000");
+    EXPECT_FALSE(screen->GridVisible());
+    Grab("1-no-data");
+}
+
+TEST_F(ScreenTest, OpenStartsInTheDemoFolderAndShowsTheFirstPopulation) {
+    Open(kThreePopulations);
+    ASSERT_FALSE(user.dialogs.empty());
+    EXPECT_EQ(user.dialogs[0].title, "Open");
+    EXPECT_TRUE(std::filesystem::equivalent(
+                    user.dialogs[0].folder,
+                    std::filesystem::path(TAVRELLE_TABLE_DIR) / ".." / "DemoFiles") ||
+                user.dialogs[0].folder.find("DemoFiles") != std::string::npos);
+    EXPECT_EQ(screen->windowTitle(), "Tavrelle - DemoThreePopulations.gen");
+    EXPECT_EQ(screen->StatusPanel1->text(), "  Ready");
+    EXPECT_TRUE(screen->GridVisible());
+    EXPECT_EQ(MenuState(), "11 1111 0000 00 0 0000 11");
+    EXPECT_EQ(Enabled({screen->NextPopButton, screen->PPopButton, screen->NPopButton}), "100");
+    EXPECT_EQ(screen->LocusTextBox->text(), "Tav205");
+    EXPECT_EQ(Enabled({screen->PLocusButton, screen->NLocusButton}), "01");
+    EXPECT_EQ(screen->GridCaption->text().toStdString().substr(0, 4), "pop1");
+    EXPECT_TRUE(user.messages.empty());
+    Grab("2-data");
+}
+
+TEST_F(ScreenTest, AnalyseRefusesWithoutMotifsAndBadCounts) {
+    Open(kThreePopulations);
+    screen->RandButton->click();
+    ASSERT_EQ(user.messages.size(), 1u);
+    EXPECT_EQ(user.messages[0].text, "Please select a Repeat Motif for all Loci");
+    EXPECT_EQ(user.errorDialogs, 0);
+
+    SetAllMotifs(2);
+    user.defaultErrorChoice = ErrorDialogChoice::Proceed;  // the demo's missing genotypes
+    for (const char* bad : {"", "abc", "1000.0", "-5"}) {
+        user.messages.clear();
+        screen->RandTextBox->setText(bad);
+        screen->RandButton->click();
+        EXPECT_EQ(user.LastText(), "Please enter an integer value.") << bad;
+        EXPECT_EQ(screen->RandTextBox->text(), "1000");
+        EXPECT_FALSE(screen->mnuAnalysis->isEnabled());
+    }
+    // Out of range: no run, but the result commands open up all the same.
+    user.messages.clear();
+    screen->RandTextBox->setText("999");
+    screen->RandButton->click();
+    EXPECT_EQ(user.LastText(),
+              "The number of randomisations entered is outside normal values (1000 to 10000).");
+    EXPECT_EQ(screen->RandTextBox->text(), "1000");
+    EXPECT_TRUE(screen->mnuAnalysis->isEnabled());
+    EXPECT_FALSE(session.gAnalysis);
+}
+
+TEST_F(ScreenTest, AnalyseRunsTheCheckThenTheRun) {
+    Open(kThreePopulations);
+    SetAllMotifs(2);
+    // Tav211 and Tav241 are tetranucleotides, Tav226 a trinucleotide.
+    for (int locus : {1, 3, 5}) {
+        while (screen->CurrentLocus < locus)
+            screen->NLocusButton->click();
+        screen->RepeatCombo_Click(locus == 3 ? 3 : 4);
+    }
+    screen->RandTextBox->setText("1e3");  // numeric: counts as 1000
+    user.errorChoices.push_back(ErrorDialogChoice::Proceed);
+    screen->RandButton->click();
+    ASSERT_TRUE(session.gAnalysis) << (user.messages.empty() ? "" : user.messages.back().text);
+    EXPECT_EQ(session.gAnalysis->Loci().size(), 6u);
+    EXPECT_EQ(session.gRandomisations, 1000);
+    EXPECT_EQ(session.gRepeatTable, (std::vector<Int16>{2, 4, 2, 3, 2, 4}));
+    EXPECT_EQ(MenuState(), "11 1110 0000 11 1 1111 11");
+    EXPECT_FALSE(screen->GridVisible());
+    EXPECT_TRUE(screen->LeftPanel->isHidden());
+    EXPECT_TRUE(screen->MessageBar->isVisible());
+    EXPECT_EQ(Tool(10)->toolTip(), "Show the DataGrid");
+    EXPECT_NE(screen->AdvisoryTBox->toPlainText().indexOf("Locus: Tav205"), -1);
+    Grab("4-after-run");
+
+    // The toggle brings the grid back, and the toolbar's editing buttons with it.
+    screen->mnuToggle->trigger();
+    EXPECT_TRUE(screen->GridVisible());
+    EXPECT_EQ(Tool(10)->toolTip(), "Show the results graphs");
+    EXPECT_EQ(Enabled({Tool(6), Tool(7), Tool(8)}), "111");
+    // A second Analyse on unchanged data does not check again; the earlier answers stand, so
+    // the Possible Errors dialog comes once more.
+    const std::string report = screen->LocationText->toPlainText().toStdString();
+    const int dialogs = user.errorDialogs;
+    screen->RandButton->click();
+    EXPECT_EQ(user.errorDialogs, dialogs + 1);
+    EXPECT_EQ(screen->LocationText->toPlainText().toStdString(), report);
+}
+
+TEST_F(ScreenTest, TheErrorDialogsThreeAnswers) {
+    const std::string file =
+        WriteFile("suspect.gen",
+                  "Suspect values\nLocA\nLocB\nPop\n"
+                  "s1,  100102 150152\ns2,  102104 152999\ns3,  104104 150150\n"
+                  "s4,  100100 151152\ns5,  102102 150154\n");
+    Open(file);
+    SetAllMotifs(2);
+    user.errorChoices = {ErrorDialogChoice::Correct};
+    screen->RandButton->click();
+    EXPECT_EQ(user.errorDialogs, 1);
+    EXPECT_FALSE(session.gAnalysis);
+    EXPECT_TRUE(screen->LeftPanel->isVisible());
+    const std::string report = screen->LocationText->toPlainText().toStdString();
+    EXPECT_NE(report.find("Unexpected values:"), std::string::npos);
+    EXPECT_NE(report.find("999\t2\t6"), std::string::npos);
+    EXPECT_NE(report.find("Inconsistent values:"), std::string::npos);
+    EXPECT_NE(report.find("151\t4\t5"), std::string::npos);
+    Grab("3-check-findings");
+
+    // Omit: the run takes the suspect cells as missing.
+    user.errorChoices = {ErrorDialogChoice::Omit};
+    screen->RandButton->click();
+    ASSERT_TRUE(session.gAnalysis);
+    EXPECT_EQ(session.gInputData->rsAlleleData.Cell(3, 5), "0");
+    EXPECT_EQ(session.gInputData->rsAlleleData.Cell(5, 4), "0");
+}
+
+TEST_F(ScreenTest, ProceedKeepsTheSuspectValues) {
+    const std::string file =
+        WriteFile("suspect2.gen",
+                  "Suspect values\nLocA\nPop\n"
+                  "s1,  100102\ns2,  102999\ns3,  104104\ns4,  100100\ns5,  102102\n");
+    Open(file);
+    SetAllMotifs(2);
+    user.errorChoices = {ErrorDialogChoice::Proceed};
+    screen->RandButton->click();
+    ASSERT_TRUE(session.gAnalysis);
+    EXPECT_EQ(session.gAnalysis->Loci()[0].highest, 999);
+}
+
+TEST_F(ScreenTest, TheCheckButtonReportsAndClampsTheSize) {
+    Open(kThreePopulations);
+    SetAllMotifs(2);
+    screen->SizeTextBox->setText("800");
+    screen->ValidateButton->click();
+    EXPECT_EQ(screen->SizeTextBox->text(), "700");
+    ASSERT_GE(user.messages.size(), 1u);
+    EXPECT_EQ(user.messages[0].text.substr(0, 50),
+              "The maximum allele size is set outside normal limi");
+    user.messages.clear();
+    screen->SizeTextBox->setText("x");
+    screen->ValidateButton->click();
+    EXPECT_EQ(user.Texts(), std::vector<std::string>{"The Maximum Allele Size must be an Integer"});
+    // A non-integer cell: the critical box, and no run until it is corrected.
+    session.gInputData->rsAlleleData.SetCell(2, 2, "1.5");
+    screen->SizeTextBox->setText("350");
+    user.messages.clear();
+    screen->ValidateButton->click();
+    EXPECT_EQ(user.messages.at(0).icon, MessageIcon::Critical);
+    EXPECT_NE(screen->LocationText->toPlainText().indexOf("Non-integer values:"), -1);
+}
+
+TEST_F(ScreenTest, BrowsingPopulationsCarriesMotifsOver) {
+    Open(kThreePopulations);
+    SetAllMotifs(2);
+    screen->NextPopButton->click();
+    EXPECT_EQ(screen->PopulationNumber, 2);
+    EXPECT_EQ(screen->RepeatCombo->currentIndex(), 2);  // same loci: motifs inherited
+    EXPECT_EQ(Enabled({screen->NextPopButton, screen->PPopButton, screen->NPopButton}), "110");
+    EXPECT_TRUE(screen->TablesLabel->isVisible());
+    EXPECT_EQ(Enabled({screen->mnuDisplayGraphs}), "0");
+    screen->PPopButton->click();
+    EXPECT_EQ(screen->PopulationNumber, 1);
+    EXPECT_EQ(Enabled({screen->NextPopButton, screen->PPopButton, screen->NPopButton}), "001");
+    EXPECT_EQ(screen->GridCaption->text().toStdString().substr(0, 4), "pop1");
+    screen->NPopButton->click();
+    EXPECT_EQ(Enabled({screen->NextPopButton, screen->PPopButton, screen->NPopButton}), "110");
+    screen->NextPopButton->click();
+    EXPECT_EQ(screen->PopulationNumber, 3);
+    EXPECT_FALSE(screen->NextPopButton->isEnabled());  // the last population
+}
+
+TEST_F(ScreenTest, ARefusedFileShowsTheExampleAndKeepsTheOldGrid) {
+    Open(kThreePopulations);
+    const std::string before = session.gInputData->rsAlleleData.Cell(2, 1);
+    Open(WriteFile("notgenepop.txt", "just a title\nno pop line here\n"));
+    EXPECT_EQ(user.examples, std::vector<ExampleScreen>{ExampleScreen::Genepop});
+    EXPECT_EQ(screen->StatusPanel1->text(), "  Loading...");
+    EXPECT_EQ(screen->windowTitle(), "Tavrelle - notgenepop.txt");
+    EXPECT_EQ(session.gInputData->rsAlleleData.Cell(2, 1), before);
+    // A workbook cannot be read yet: its refusal.
+    user.sheetNames.push_back("Sheet1");
+    Open(WriteFile("book.xls", "not really a workbook"));
+    EXPECT_EQ(user.examples.back(), ExampleScreen::Excel);
+    // Cancelling the dialog leaves the screen's controls off until the next open.
+    user.openNames.push_back(std::nullopt);
+    screen->mnuFileOpen->trigger();
+    EXPECT_FALSE(screen->mnuDisplayGraphs->isEnabled());
+}
+
+TEST_F(ScreenTest, ClosingAsksAboutSavingOnlyAfterChanges) {
+    Open(kThreePopulations);
+    screen->CloseGridButton_Click();
+    EXPECT_TRUE(user.messages.empty());
+    EXPECT_EQ(MenuState(), "00 0000 0000 00 0 0000 00");
+
+    Open(kThreePopulations);
+    screen->DataGrid1->model()->setData(screen->DataGrid1->model()->index(2, 2), "102");
+    EXPECT_TRUE(screen->ChangedData);
+    user.answers = {MessageAnswer::Cancel};
+    screen->CloseGridButton_Click();
+    EXPECT_EQ(user.messages.back().text, "Do you want to save all the loaded populations?");
+    EXPECT_EQ(user.messages.back().caption, "Save Populations");
+    EXPECT_TRUE(screen->GridVisible());  // Cancel: nothing happens
+    user.answers = {MessageAnswer::No};
+    screen->CloseGridButton_Click();
+    // No closes the graphs after hiding the grid, and closing the graphs shows the grid again:
+    // it stays on screen, every command off.
+    EXPECT_TRUE(screen->GridVisible());
+    EXPECT_EQ(MenuState(), "00 0000 0000 00 0 0000 00");
+    EXPECT_FALSE(screen->ChangedData);
+
+    Open(kThreePopulations);
+    screen->DataGrid1->model()->setData(screen->DataGrid1->model()->index(2, 2), "102");
+    const std::string saved = (folder / "saved.gen").string();
+    user.answers = {MessageAnswer::Yes};
+    user.saveNames.push_back(saved);
+    screen->CloseGridButton_Click();
+    EXPECT_TRUE(std::filesystem::exists(saved));
+    EXPECT_FALSE(screen->GridVisible());
+}
+
+TEST_F(ScreenTest, CancellingSaveAsEndsTheSessionWithARecoveryFile) {
+    Open(kThreePopulations);
+    user.saveNames.push_back(std::nullopt);
+    screen->mnuSaveAs->trigger();
+    EXPECT_EQ(endedWith, 1);
+    ASSERT_FALSE(user.messages.empty());
+    const std::string text = user.messages.back().text;
+    EXPECT_EQ(text.substr(0, 24), "Run-time error '32755':\r");
+    const std::size_t at = text.find("saved to ");
+    ASSERT_NE(at, std::string::npos);
+    const std::string recovery = text.substr(at + 9, text.size() - at - 10);
+    EXPECT_TRUE(std::filesystem::exists(recovery)) << recovery;
+}
+
+}  // namespace
+}  // namespace tavrelle

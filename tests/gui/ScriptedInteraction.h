@@ -1,0 +1,79 @@
+#pragma once
+
+#include <deque>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "session/Interaction.h"
+
+namespace tavrelle {
+
+// The user of the tests: records every message box and example screen, and answers file
+// dialogs, the Possible Errors dialog, the new-grid dialog and the sheet dialog from queues.
+class ScriptedInteraction : public Interaction {
+public:
+    MessageAnswer Show(const Message& message) override {
+        messages.push_back(message);
+        if (!answers.empty()) {
+            MessageAnswer answer = answers.front();
+            answers.pop_front();
+            return answer;
+        }
+        return ProceedingAnswer(message.buttons);
+    }
+    void ShowExample(ExampleScreen screen) override { examples.push_back(screen); }
+    std::optional<std::string> OpenFileName(const FileDialogRequest& request) override {
+        dialogs.push_back(request);
+        return Next(openNames);
+    }
+    std::optional<std::string> SaveFileName(const FileDialogRequest& request) override {
+        dialogs.push_back(request);
+        return Next(saveNames);
+    }
+    ErrorDialogChoice PossibleErrors() override {
+        ++errorDialogs;
+        ErrorDialogChoice choice = errorChoices.empty() ? defaultErrorChoice : errorChoices.front();
+        if (!errorChoices.empty()) errorChoices.pop_front();
+        return choice;
+    }
+    std::optional<std::vector<std::string>> NewGridLoci() override { return Next(newGrids); }
+    std::string SheetName(const std::string&) override {
+        std::optional<std::string> name = Next(sheetNames);
+        return name.value_or("");
+    }
+
+    std::string LastText() const {
+        return messages.empty() ? "(no message)" : messages.back().text;
+    }
+
+    std::vector<std::string> Texts() const {
+        std::vector<std::string> texts;
+        for (const Message& m : messages)
+            texts.push_back(m.text);
+        return texts;
+    }
+
+    std::vector<Message> messages;
+    std::vector<ExampleScreen> examples;
+    std::vector<FileDialogRequest> dialogs;
+    int errorDialogs = 0;
+    ErrorDialogChoice defaultErrorChoice = ErrorDialogChoice::Correct;
+    std::deque<MessageAnswer> answers;
+    std::deque<std::optional<std::string>> openNames;
+    std::deque<std::optional<std::string>> saveNames;
+    std::deque<ErrorDialogChoice> errorChoices;
+    std::deque<std::optional<std::vector<std::string>>> newGrids;
+    std::deque<std::optional<std::string>> sheetNames;
+
+private:
+    template <class T>
+    static std::optional<T> Next(std::deque<std::optional<T>>& queue) {
+        if (queue.empty()) return std::nullopt;
+        std::optional<T> value = queue.front();
+        queue.pop_front();
+        return value;
+    }
+};
+
+}  // namespace tavrelle
