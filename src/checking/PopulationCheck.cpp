@@ -86,7 +86,14 @@ CheckOutcome CheckPopulation(Table& rsAlleleData, const std::vector<Int16>& repe
     flags.CheckClean = true;
     outcome.PanesCleared = true;
 
-    if (sizeText.empty() || !IsWholeNumber(sizeText)) {
+    // A size past 32 bits is no whole number to the box either; one past 16 bits is simply
+    // above the largest maximum. Nothing typed into the box ends the session.
+    bool whole = false;
+    try {
+        whole = IsWholeNumber(sizeText);
+    } catch (const ProgramError&) {
+    }
+    if (sizeText.empty() || !whole) {
         prompter.Show(Box("The Maximum Allele Size must be an Integer"));
         outcome.ending = CheckEnding::SizeNotInteger;
         outcome.HourglassStays = true;
@@ -95,7 +102,10 @@ CheckOutcome CheckPopulation(Table& rsAlleleData, const std::vector<Int16>& repe
     }
 
     rsAlleleData.MoveFirst();
-    Int16 maximum = std::clamp(TextToInt16(sizeText), kSmallestMaximum, kLargestMaximum);
+    const double typed = NumericValue(sizeText).value_or(0);
+    const Int16 maximum = typed > kLargestMaximum    ? kLargestMaximum
+                          : typed < kSmallestMaximum ? kSmallestMaximum
+                                                     : ToInt16(typed);
     outcome.SizeText = std::to_string(maximum);
     if (maximum < kUsualLow || maximum > kUsualHigh) {
         prompter.Show(

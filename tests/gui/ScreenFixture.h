@@ -46,6 +46,12 @@ protected:
         screen->mnuFileOpen->trigger();
     }
 
+    // Rows picked with Ctrl and the mouse, as the grid sees them when the button comes up.
+    void Pick(std::vector<int> rows) {
+        screen->DataGrid1->SetPickedRows(std::move(rows));
+        screen->DataGrid1->onSelectionMouseUp();
+    }
+
     void SetAllMotifs(int listIndex) {
         screen->RepeatCombo->setCurrentIndex(listIndex);
         screen->RepeatCombo_Click(listIndex);
