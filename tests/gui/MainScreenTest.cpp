@@ -3,6 +3,8 @@
 
 #include <QMdiArea>
 
+#include "session/Twips.h"
+
 namespace tavrelle {
 namespace {
 
@@ -259,6 +261,51 @@ TEST_F(ScreenTest, CancellingSaveAsEndsTheSessionWithARecoveryFile) {
     ASSERT_NE(at, std::string::npos);
     const std::string recovery = text.substr(at + 9, text.size() - at - 10);
     EXPECT_TRUE(std::filesystem::exists(recovery)) << recovery;
+}
+
+TEST_F(ScreenTest, ARunWithTooManySamplesResetsTheScreen) {
+    std::string text = "Too many\nLocA\nPop\n";
+    for (int i = 0; i < 160; ++i)
+        text += "h" + std::to_string(i) + ",  100100\n";
+    for (int i = 0; i < 240; ++i)
+        text += "e" + std::to_string(i) + ",  102104\n";
+    Open(WriteFile("many.gen", text));
+    SetAllMotifs(2);
+    screen->RandButton->click();
+    ASSERT_FALSE(user.messages.empty());
+    EXPECT_EQ(user.messages.back().caption, "Too many samples");
+    EXPECT_FALSE(session.gAnalysis);  // left as it was
+    EXPECT_TRUE(screen->LeftPanel->isVisible());
+    EXPECT_TRUE(screen->flags.UncheckedData);
+    // The run's end still opens the result commands; they refer to the last finished run,
+    // and there is none.
+    EXPECT_TRUE(screen->mnuNulls->isEnabled());
+    screen->mnuNulls->trigger();
+    EXPECT_EQ(endedWith, -1);
+}
+
+TEST(MainFrame, OpensWhereTheLastSessionLeftIt) {
+    QSettings("Tavrelle", "Tavrelle").clear();
+    Session session;
+    ScriptedInteraction user;
+    {
+        frmMain first(session, user, TAVRELLE_TABLE_DIR);
+        // First session: 1000, 1000, 6500, 6500 twips.
+        EXPECT_EQ(first.geometry(), QRect(TwipsToPixels(1000), TwipsToPixels(1000),
+                                          TwipsToPixels(6500), TwipsToPixels(6500)));
+        first.show();
+        first.setGeometry(120, 90, 900, 650);
+        first.close();
+    }
+    {
+        frmMain second(session, user, TAVRELLE_TABLE_DIR);
+        EXPECT_EQ(second.geometry().size(), QSize(900, 650));
+        second.show();
+        second.showMaximized();
+        second.close();  // a maximised frame writes nothing
+    }
+    frmMain third(session, user, TAVRELLE_TABLE_DIR);
+    EXPECT_EQ(third.geometry().size(), QSize(900, 650));
 }
 
 }  // namespace
