@@ -329,6 +329,11 @@ QWidget* frmMain::BuildGridPanel() {
              "Possible input error", MessageIcon::Exclamation, MessageButtons::Ok});
     };
     DataGrid1->onSelectionMouseUp = [this] { OnGridSelectionChanged(); };
+    // The grid's own deletion, from the row headers' menu, passes the before-delete rule.
+    GridDeleteAction = new QAction("Delete Rows", DataGrid1);
+    Connect(GridDeleteAction, &frmMain::GridDeleteRows);
+    DataGrid1->verticalHeader()->setContextMenuPolicy(Qt::ActionsContextMenu);
+    DataGrid1->verticalHeader()->addAction(GridDeleteAction);
     DataGrid1->onKey = [this](int key, Qt::KeyboardModifiers modifiers) {
         const bool selected = !DataGrid1->PickedRows().empty();
         bool taken = true;

@@ -80,6 +80,7 @@ public:
     QAction* mnuToggle;
     QAction *mnuRandAll, *mnuDisplayGraphs, *mnuAnalysis, *mnuNulls;
     QAction *mnuHelpContents, *mnuHelpIndex, *mnuHelpPDF, *mnuHelpQ, *mnuHelpAbout;
+    QAction* GridDeleteAction;  // the grid's own deletion of the picked rows
     QToolBar* tbToolbar;
     std::map<int, QAction*> ToolbarButtons;  // by position
     QWidget* LeftPanel;

@@ -58,8 +58,12 @@ TEST_F(ScreenTest, CopyCutPasteAndDeleteWholeRows) {
     EXPECT_EQ(table.Cell(8, 1), "z");
     EXPECT_EQ(table.Cell(8, 3), "");
 
-    // The grid's own deletion refuses a heading row first; the menu's deletes it.
+    // The grid's own deletion refuses when the first picked row is a heading row; the menu's
+    // and the keys' deletion does not ask.
     Pick({1, 5});
+    screen->GridDeleteAction->trigger();
+    EXPECT_EQ(user.LastText(), "This row cannot be deleted.");
+    EXPECT_EQ(table.RecordCount(), 9);
     const auto messages = user.messages.size();
     screen->DataGrid1->onKey(Qt::Key_Delete, Qt::NoModifier);
     EXPECT_EQ(user.messages.size(), messages);  // the key deletes without asking
