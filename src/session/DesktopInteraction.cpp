@@ -1,9 +1,12 @@
 #include "session/DesktopInteraction.h"
 
+#include <QDesktopServices>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QStringList>
+#include <QUrl>
 
 #include "checking/frmErrorDialog.h"
 #include "population/frmGenepopExample.h"
@@ -120,6 +123,24 @@ std::string DesktopInteraction::SheetName(const std::string&) {
     const QString name = QInputDialog::getText(
         owner_, "Select Sheet", "Name of the sheet to read:", QLineEdit::Normal, "Sheet1", &ok);
     return ok ? name.toStdString() : std::string();
+}
+
+}  // namespace tavrelle
+
+namespace tavrelle {
+
+int DesktopInteraction::OpenDocument(const std::string& path) {
+    const QFileInfo file(QString::fromStdString(path));
+    if (!file.dir().exists()) return 3;
+    if (!file.exists()) return 2;
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(file.absoluteFilePath())) ? 0 : 31;
+}
+
+void DesktopInteraction::ShowHelp(const std::string& file, const std::string& topic, int) {
+    // Until the help viewer is built, the bundle's page opens in the desktop's browser.
+    std::string page = file;
+    if (topic.size() > 3) page += "/" + topic.substr(3);
+    OpenDocument(page);
 }
 
 }  // namespace tavrelle

@@ -22,6 +22,8 @@ public:
     ErrorDialogChoice PossibleErrors() override;
     std::optional<std::vector<std::string>> NewGridLoci() override;
     std::string SheetName(const std::string& workbook) override;
+    int OpenDocument(const std::string& path) override;
+    void ShowHelp(const std::string& file, const std::string& topic, int command) override;
 
 private:
     QWidget* owner_ = nullptr;

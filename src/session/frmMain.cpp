@@ -47,6 +47,7 @@ frmMain::frmMain(Session& session, Interaction& interaction, std::filesystem::pa
       programFolder_(std::move(programFolder)) {
     LoadResources();
     setObjectName("frmMain");
+    HelpFile = (programFolder_ / "TavrelleHelp").string();
     setWindowIcon(QIcon(":/icons/tavrelle.svg"));
     BuildMenus();
     BuildToolbar();
@@ -161,6 +162,11 @@ void frmMain::BuildMenus() {
     Connect(mnuRandAll, &frmMain::RandButton_Click);
     Connect(mnuAnalysis, &frmMain::mnuAnalysis_Click);
     Connect(mnuNulls, &frmMain::mnuNulls_Click);
+    Connect(mnuHelpContents, &frmMain::mnuHelpContents_Click);
+    Connect(mnuHelpIndex, &frmMain::mnuHelpIndex_Click);
+    Connect(mnuHelpPDF, &frmMain::mnuHelpPDF_Click);
+    Connect(mnuHelpQ, &frmMain::mnuHelpQ_Click);
+    Connect(mnuHelpAbout, &frmMain::mnuHelpAbout_Click);
 }
 
 void frmMain::BuildToolbar() {

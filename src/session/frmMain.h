@@ -69,6 +69,20 @@ public:
     void AllButton_Click();
     void ResetDisplay();
 
+    // Help, the user guide, the questionnaire and the about box.
+    void mnuHelpContents_Click();
+    void mnuHelpIndex_Click();
+    void DisplayAlleleFreqHelp();
+    void DisplayNullCalcHelp();
+    void DisplayAdjGenoHelp();
+    void mnuHelpPDF_Click();
+    void mnuHelpQ_Click();
+    void mnuHelpAbout_Click();
+    // The desktop's code for opening a document beside the program.
+    int DisplayThisFile(const std::string& path);
+    // The session's help bundle: the program's folder and "TavrelleHelp"; empty for none.
+    std::string HelpFile;
+
     // A program error ends the session here: the loaded populations go to a recovery file
     // first. Tests replace the ending.
     std::function<void(int exitCode)> endSession;

@@ -47,6 +47,14 @@ public:
         return messages.empty() ? "(no message)" : messages.back().text;
     }
 
+    int OpenDocument(const std::string& path) override {
+        documents.push_back(path);
+        return documentCode;
+    }
+    void ShowHelp(const std::string& file, const std::string& topic, int command) override {
+        help.push_back({file, topic, command});
+    }
+
     std::vector<std::string> Texts() const {
         std::vector<std::string> texts;
         for (const Message& m : messages)
@@ -54,6 +62,14 @@ public:
         return texts;
     }
 
+    struct HelpCall {
+        std::string file;
+        std::string topic;
+        int command;
+    };
+    std::vector<std::string> documents;
+    int documentCode = 0;
+    std::vector<HelpCall> help;
     std::vector<Message> messages;
     std::vector<ExampleScreen> examples;
     std::vector<FileDialogRequest> dialogs;
