@@ -5,13 +5,9 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
-namespace tavrelle {
+#include "session/ShownText.h"
 
-namespace {
-QString Shown(const std::string& text) {
-    return QString::fromStdString(text).replace("\r\n", "\n");
-}
-}  // namespace
+namespace tavrelle {
 
 frmNullAllele::frmNullAllele(const AlleleAnalysis& analysis, QWidget* parent) : QDialog(parent) {
     setWindowTitle("Estimated Allele Frequencies");
@@ -54,6 +50,12 @@ frmNullAllele::frmNullAllele(const AlleleAnalysis& analysis, QWidget* parent) : 
         PrevButton->setEnabled(locus_ > 0);
     });
     connect(CloseButton, &QPushButton::clicked, this, &QDialog::close);
+    connect(DisplayGenosButton, &QPushButton::clicked, this, [this] {
+        if (displayGenotypes) displayGenotypes(locus_);
+    });
+    connect(HelpButton, &QPushButton::clicked, this, [this] {
+        if (moreInfo) moreInfo();
+    });
     if (!names_.empty()) ShowLocus(0);
 }
 
@@ -62,7 +64,7 @@ void frmNullAllele::ShowLocus(int locus) {
     const auto at = static_cast<std::size_t>(locus);
     LocusTextBox->setText(QString::fromStdString(names_.at(at)));
     const bool evidence = !texts_.at(at).empty();
-    NullText->setPlainText(Shown(evidence ? texts_[at] : kNoEvidence));
+    NullText->setPlainText(ShownText(evidence ? texts_[at] : kNoEvidence));
     DisplayGenosButton->setEnabled(evidence);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <functional>
 
 #include "analysis/AlleleAnalysis.h"
 
@@ -21,6 +22,9 @@ public:
         "The estimated allele frequencies have therefore not been calculated.";
 
     void ShowLocus(int locus);
+
+    std::function<void(int locus)> displayGenotypes;
+    std::function<void()> moreInfo;
 
     QLineEdit* LocusTextBox;
     QPlainTextEdit* NullText;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
 #include <array>
 #include <filesystem>
 #include <functional>
@@ -68,6 +69,20 @@ public:
     void RepeatCombo_Click(int listIndex);
     void AllButton_Click();
     void ResetDisplay();
+
+    // The graph windows of a run: two per locus, in pairs, inside the frame.
+    void ShowLocusGraphs();
+    void ShowBothGraphs(const std::string& locus, bool first);
+    std::vector<class frmDrawGraph*> GraphWindows() const;
+    // The confidence interval changed in a graph window: the decisions of every locus follow
+    // and every graph is redrawn, with no new randomisation.
+    void RefreshGraphs(Int16 confidenceCode);
+    void DisplayInitAnalysis(const std::string& locus);
+    void ShowGenotypes(int locus);
+    void SetFormOnTop(QWidget* window);
+    // The result windows opened from the run's commands, newest last (closed ones drop out).
+    std::vector<QPointer<QWidget>> ResultWindows;
+    bool GraphLinkArmed = true;
 
     // Help, the user guide, the questionnaire and the about box.
     void mnuHelpContents_Click();
@@ -153,6 +168,7 @@ private:
     void SetControl(Control control, Setting setting);
     void ClearDisplay();
     void ShowGrid(bool shown);
+    int width_half() const;
     void SetToggleButton(bool gridShown);
     void ShowLeftPanel(bool shown);
     void ShowMessageBar(bool shown);

@@ -13,8 +13,10 @@
 #include "base/Numbers.h"
 #include "checking/PopulationCheck.h"
 #include "nulls/frmAllNulls.h"
+#include "nulls/frmGenotypes.h"
 #include "nulls/frmNullAllele.h"
 #include "session/GridView.h"
+#include "session/ShownText.h"
 #include "session/Twips.h"
 #include "session/frmMain.h"
 
@@ -142,11 +144,7 @@ void frmMain::RandomiseData() {
         if (!tooManySamples) {
             session_.gAnalysis = std::move(analysis);
             session_.SummaryText = session_.gAnalysis->SummaryText();
-            if (!session_.gAnalysis->Loci().empty()) {
-                const LocusResult& first = session_.gAnalysis->Loci().front();
-                AdvisoryTBox->setPlainText(QString::fromStdString(first.probabilityText));
-                AnalysisTBox->setPlainText(QString::fromStdString(first.interpretationText));
-            }
+            if (session_.gAnalysis->StopMessage().empty()) ShowLocusGraphs();
         }
     }
     Apply(ScreenState::AfterRun);
@@ -157,17 +155,44 @@ void frmMain::mnuAnalysis_Click() {
     if (!session_.gAnalysis) return;
     auto* window = new frmNullAllele(*session_.gAnalysis, this);
     window->setAttribute(Qt::WA_DeleteOnClose);
-    window->setWindowFlag(Qt::WindowStaysOnTopHint);
-    window->show();
+    window->displayGenotypes = [this](int locus) { ShowGenotypes(locus); };
+    window->moreInfo = [this] { Guarded([this] { DisplayAlleleFreqHelp(); }); };
+    SetFormOnTop(window);
+    ResultWindows.push_back(window);
+}
+
+void frmMain::ShowGenotypes(int locus) {
+    if (!session_.gAnalysis) return;
+    auto* window = new frmGenotypes(this);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    std::vector<std::string> names;
+    std::vector<std::array<AdjustedGenotypeList, 4>> table;
+    for (const LocusResult& l : session_.gAnalysis->Loci()) {
+        names.push_back(l.name);
+        table.push_back(l.adjustedGenotypes);
+    }
+    window->CorrectedGenotypes(std::move(names), std::move(table));
+    window->DisplayGenotypes(locus, 0);
+    window->moreInfo = [this] { Guarded([this] { DisplayAdjGenoHelp(); }); };
+    SetFormOnTop(window);
+    ResultWindows.push_back(window);
 }
 
 void frmMain::mnuNulls_Click() {
     if (!session_.gAnalysis) return;
     auto* window = new frmAllNulls(this);
     window->setAttribute(Qt::WA_DeleteOnClose);
-    window->NullTextBox->setPlainText(QString::fromStdString(session_.SummaryText));
+    window->NullTextBox->setPlainText(ShownText(session_.SummaryText));
+    connect(window->HelpButton, &QPushButton::clicked, this,
+            [this] { Guarded([this] { DisplayNullCalcHelp(); }); });
+    SetFormOnTop(window);
+    ResultWindows.push_back(window);
+}
+
+void frmMain::SetFormOnTop(QWidget* window) {
     window->setWindowFlag(Qt::WindowStaysOnTopHint);
     window->show();
+    window->raise();
 }
 
 }  // namespace tavrelle

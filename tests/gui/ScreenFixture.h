@@ -15,6 +15,7 @@
 #include <fstream>
 
 #include "session/GridView.h"
+#include "session/ShownText.h"
 #include "session/frmMain.h"
 #include "tests/gui/ScriptedInteraction.h"
 

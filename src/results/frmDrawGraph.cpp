@@ -1,0 +1,277 @@
+#include "results/frmDrawGraph.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QFileInfo>
+#include <QFocusEvent>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QImage>
+#include <QLabel>
+#include <QMenuBar>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QPushButton>
+#include <QResizeEvent>
+#include <QScrollBar>
+#include <QSvgGenerator>
+#include <QToolBar>
+#include <cmath>
+
+#include "results/GraphPainter.h"
+#include "session/Interaction.h"
+#include "session/Twips.h"
+
+namespace tavrelle {
+
+namespace {
+
+double PixelsPerMillimetre(const QWidget* widget) {
+    return widget->logicalDpiX() / 25.4;
+}
+
+template <class F>
+void Call(const F& hook) {
+    if (hook) hook();
+}
+
+}  // namespace
+
+GraphPanel::GraphPanel(QWidget* parent) : QWidget(parent) {
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+void GraphPanel::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    if (paint) paint(painter);
+}
+
+void GraphPanel::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    if (resized) resized();
+}
+
+void GraphPanel::focusInEvent(QFocusEvent* event) {
+    QWidget::focusInEvent(event);
+    // A click inside a window that is active already: the panes follow this locus.
+    if (focused && event->reason() == Qt::MouseFocusReason) focused();
+}
+
+void GraphPanel::mousePressEvent(QMouseEvent* event) {
+    setFocus();
+    QWidget::mousePressEvent(event);
+}
+
+frmDrawGraph::frmDrawGraph(GraphModel graph, Int16 confidenceCode, GraphWindowHost host,
+                           QWidget* parent)
+    : QMainWindow(parent), graph_(std::move(graph)), host_(std::move(host)) {
+    setWindowTitle(QString::fromStdString(
+        graph_.LocusName() + (IsHomozygoteGraph() ? " - Homozygotes" : " - Differences")));
+    QMenu* file = menuBar()->addMenu("&File");
+    SaveGraphMenu = file->addAction("Save &Graph");
+    PageMenu = file->addAction("Pa&ge Setup");  // stands with no action
+    PreviewMenu = file->addAction("Print P&review");
+    PrintMenu = file->addAction("&Print");
+    CloseMenu = file->addAction("&Close");
+    QMenu* view = menuBar()->addMenu("&View");
+    mnuToggleGrid = view->addAction("&Show/Hide DataGrid");
+    mnuToggleScale = view->addAction("Toggle &Graph Scale");
+    mnuCloseGraphs = view->addAction("&Close All Graphs");
+    QMenu* tools = menuBar()->addMenu("&Tools");
+    mnuAnalysis = tools->addAction("&Estimate Frequencies");
+    mnuNulls = tools->addAction("&Nulls Across Loci");
+    QMenu* help = menuBar()->addMenu("&Help");
+    mnuHelpContents = help->addAction("&Contents");
+    mnuHelpIndex = help->addAction("&Index");
+    mnuUserGuide = help->addAction("&User Guide (PDF)");
+    mnuQuestionnaire = help->addAction("&Questionnaire");
+    mnuHelpAbout = help->addAction("&About");
+
+    tbToolbar = addToolBar("Graph");
+    tbToolbar->setMovable(false);
+    tbToolbar->setIconSize(QSize(20, 20));
+    SaveButton = tbToolbar->addAction(QIcon(":/icons/save.svg"), "Save");
+    SaveButton->setToolTip("Save the graph");
+    ToggleScaleButton = tbToolbar->addAction(QIcon(":/icons/graphs.svg"), "ToggleScale");
+    ToggleScaleButton->setToolTip("Expand graph scale");
+    PrintButton = tbToolbar->addAction(QIcon(":/icons/copy.svg"), "Print");
+    PrintButton->setToolTip("Print the graph");
+    tbToolbar->addSeparator();
+    LabelCInt = new QLabel("Confidence Interval ", this);
+    CICombo = new QComboBox(this);
+    CICombo->addItems({"95%", "99%", "100% (range)", "Bonferroni"});
+    CICombo->setToolTip("Select a Confidence Interval from the dropdown and click Refresh");
+    CICombo->setCurrentIndex(confidenceCode);
+    RefreshButton = new QPushButton("&Refresh", this);
+    tbToolbar->addWidget(LabelCInt);
+    tbToolbar->addWidget(CICombo);
+    tbToolbar->addWidget(RefreshButton);
+
+    auto* central = new QWidget(this);
+    auto* layout = new QGridLayout(central);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    BackPanel = new GraphPanel(central);
+    HScroll1 = new QScrollBar(Qt::Horizontal, central);
+    VScroll1 = new QScrollBar(Qt::Vertical, central);
+    layout->addWidget(BackPanel, 0, 0);
+    layout->addWidget(VScroll1, 0, 1);
+    layout->addWidget(HScroll1, 1, 0);
+    setCentralWidget(central);
+    setMinimumSize(TwipsToPixels(3402, this), TwipsToPixels(3969, this));
+
+    BackPanel->paint = [this](QPainter& painter) {
+        DrawGraph(painter, QRectF(BackPanel->rect()), graph_, view_);
+    };
+    BackPanel->resized = [this] { UpdateView(); };
+    BackPanel->focused = [this] {
+        if (host_.showBothGraphs) host_.showBothGraphs(graph_.LocusName(), IsHomozygoteGraph());
+        if (host_.displayInitAnalysis) host_.displayInitAnalysis(graph_.LocusName());
+    };
+    auto refresh = [this] {
+        if (host_.refresh)
+            host_.refresh(static_cast<Int16>(CICombo->currentIndex()));
+        else
+            SetConfidence(static_cast<Int16>(CICombo->currentIndex()));
+    };
+    connect(RefreshButton, &QPushButton::clicked, this, refresh);
+    connect(CICombo, &QComboBox::activated, this, refresh);
+    connect(HScroll1, &QScrollBar::valueChanged, this, [this](int value) {
+        view_.xOffset = value / PixelsPerMillimetre(this);
+        BackPanel->update();
+    });
+    connect(VScroll1, &QScrollBar::valueChanged, this, [this](int value) {
+        // The bar's top is the graph's top: moving it down brings the base line up.
+        view_.yOffset = (VScroll1->maximum() - value) / PixelsPerMillimetre(this);
+        BackPanel->update();
+    });
+    connect(mnuToggleScale, &QAction::triggered, this, &frmDrawGraph::mnuToggleScale_Click);
+    connect(ToggleScaleButton, &QAction::triggered, this, &frmDrawGraph::mnuToggleScale_Click);
+    connect(SaveGraphMenu, &QAction::triggered, this, &frmDrawGraph::SaveGraphMenu_Click);
+    connect(SaveButton, &QAction::triggered, this, &frmDrawGraph::SaveGraphMenu_Click);
+    connect(PrintMenu, &QAction::triggered, this, &frmDrawGraph::PrintMenu_Click);
+    connect(PrintButton, &QAction::triggered, this, &frmDrawGraph::PrintMenu_Click);
+    connect(CloseMenu, &QAction::triggered, this, [this] {
+        if (parentWidget())
+            parentWidget()->close();
+        else
+            close();
+    });
+    connect(mnuToggleGrid, &QAction::triggered, this, [this] { Call(host_.toggleGrid); });
+    connect(mnuCloseGraphs, &QAction::triggered, this, [this] { Call(host_.closeGraphs); });
+    connect(mnuAnalysis, &QAction::triggered, this, [this] { Call(host_.estimateFrequencies); });
+    connect(mnuNulls, &QAction::triggered, this, [this] { Call(host_.nullsAcrossLoci); });
+    connect(mnuHelpContents, &QAction::triggered, this, [this] { Call(host_.helpContents); });
+    connect(mnuHelpIndex, &QAction::triggered, this, [this] { Call(host_.helpIndex); });
+    connect(mnuUserGuide, &QAction::triggered, this, [this] { Call(host_.userGuide); });
+    connect(mnuQuestionnaire, &QAction::triggered, this, [this] { Call(host_.questionnaire); });
+    connect(mnuHelpAbout, &QAction::triggered, this, [this] { Call(host_.about); });
+    SetConfidence(confidenceCode);
+}
+
+void frmDrawGraph::SetConfidence(Int16 confidenceCode) {
+    CICombo->setCurrentIndex(confidenceCode);
+    graph_.SetConfidence(confidenceCode);
+    UpdateView();
+}
+
+void frmDrawGraph::UpdateView() {
+    const double unit = PixelsPerMillimetre(this);
+    view_.panelWidth = std::max(1, BackPanel->width()) / unit;
+    view_.panelHeight = std::max(1, BackPanel->height()) / unit;
+    if (view_.expanded)
+        view_.Expand();
+    else
+        view_.Fit(graph_);
+    UpdateScrollBars();
+    BackPanel->update();
+}
+
+void frmDrawGraph::UpdateScrollBars() {
+    const double unit = PixelsPerMillimetre(this);
+    const int extraWidth =
+        static_cast<int>(std::ceil((view_.ContentWidth(graph_) - view_.panelWidth) * unit));
+    const int extraHeight =
+        static_cast<int>(std::ceil((view_.ContentHeight(graph_) - view_.panelHeight) * unit));
+    HScroll1->setRange(0, std::max(0, extraWidth));
+    VScroll1->setRange(0, std::max(0, extraHeight));
+    HScroll1->setValue(0);
+    VScroll1->setValue(VScroll1->maximum());
+    // At the fitted scale the whole graph fits, and the bars aren't needed.
+    HScroll1->setVisible(view_.expanded && extraWidth > 0);
+    VScroll1->setVisible(view_.expanded && extraHeight > 0);
+    view_.xOffset = 0;
+    view_.yOffset = 0;
+}
+
+void frmDrawGraph::mnuToggleScale_Click() {
+    view_.expanded = !view_.expanded;
+    ToggleScaleButton->setToolTip(view_.expanded ? "Contract graph scale" : "Expand graph scale");
+    UpdateView();
+}
+
+void frmDrawGraph::Render(QPaintDevice& device) const {
+    QPainter painter(&device);
+    const double width = view_.panelWidth;
+    const double height = view_.panelHeight;
+    // The panel's proportions, as large as the device allows.
+    const double scale = std::min(device.width() / width, device.height() / height);
+    DrawGraph(painter, QRectF(0, 0, width * scale, height * scale), graph_, view_);
+}
+
+bool frmDrawGraph::SaveGraph(const std::string& path) const {
+    const QString file = QString::fromStdString(path);
+    const QString suffix = QFileInfo(file).suffix().toLower();
+    const QSize size = BackPanel->size();
+    if (suffix == "svg") {
+        QSvgGenerator svg;
+        svg.setFileName(file);
+        svg.setSize(size);
+        svg.setViewBox(QRect(QPoint(0, 0), size));
+        svg.setTitle(windowTitle());
+        Render(svg);
+        return QFileInfo::exists(file);
+    }
+    if (suffix == "pdf") {
+        QPdfWriter pdf(file);
+        pdf.setPageSize(
+            QPageSize(QSizeF(view_.panelWidth, view_.panelHeight), QPageSize::Millimeter));
+        pdf.setPageMargins(QMarginsF(0, 0, 0, 0));
+        pdf.setTitle(windowTitle());
+        Render(pdf);
+        return QFileInfo::exists(file);
+    }
+    QImage image(size, QImage::Format_RGB32);
+    image.setDotsPerMeterX(static_cast<int>(std::lround(PixelsPerMillimetre(this) * 1000)));
+    image.setDotsPerMeterY(image.dotsPerMeterX());
+    image.fill(Qt::white);
+    Render(image);
+    return image.save(file, suffix == "png" ? "PNG" : "BMP");
+}
+
+void frmDrawGraph::SaveGraphMenu_Click() {
+    if (!host_.interaction) return;
+    const std::optional<std::string> chosen = host_.interaction->SaveFileName(
+        {"", QDir::homePath().toStdString(),
+         "Bitmap Files (*.bmp)|*.bmp|PNG Images (*.png)|*.png|SVG Drawings (*.svg)|*.svg|PDF "
+         "Documents (*.pdf)|*.pdf",
+         "Graph 1"});
+    if (!chosen || chosen->empty()) return;  // cancelled
+    std::string path = *chosen;
+    if (QFileInfo(QString::fromStdString(path)).suffix().isEmpty()) path += ".bmp";
+    if (!SaveGraph(path))
+        host_.interaction->Show({"The graph could not be saved as " + path + ".", "",
+                                 MessageIcon::Exclamation, MessageButtons::Ok});
+}
+
+void frmDrawGraph::PrintMenu_Click() {
+    QPrinter printer(QPrinter::HighResolution);
+    QPrintDialog dialog(&printer, this);
+    if (dialog.exec() != QDialog::Accepted) return;
+    Render(printer);
+}
+
+}  // namespace tavrelle
