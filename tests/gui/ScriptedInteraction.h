@@ -13,16 +13,8 @@ namespace tavrelle {
 // dialogs, the Possible Errors dialog, the new-grid dialog and the sheet dialog from queues.
 class ScriptedInteraction : public Interaction {
 public:
-    MessageAnswer Show(const Message& message) override {
-        messages.push_back(message);
-        if (!answers.empty()) {
-            MessageAnswer answer = answers.front();
-            answers.pop_front();
-            return answer;
-        }
-        return ProceedingAnswer(message.buttons);
-    }
-    void ShowExample(ExampleScreen screen) override { examples.push_back(screen); }
+    MessageAnswer Show(const Message& message) override { return recorder.Show(message); }
+    void ShowExample(ExampleScreen screen) override { recorder.ShowExample(screen); }
     std::optional<std::string> OpenFileName(const FileDialogRequest& request) override {
         dialogs.push_back(request);
         return Next(openNames);
@@ -70,12 +62,14 @@ public:
     std::vector<std::string> documents;
     int documentCode = 0;
     std::vector<HelpCall> help;
-    std::vector<Message> messages;
-    std::vector<ExampleScreen> examples;
+    // Message boxes and example screens, in order, answered from `answers` first.
+    RecordingPrompter recorder;
+    std::vector<Message>& messages = recorder.messages;
+    std::vector<ExampleScreen>& examples = recorder.examples;
+    std::deque<MessageAnswer>& answers = recorder.answers;
     std::vector<FileDialogRequest> dialogs;
     int errorDialogs = 0;
     ErrorDialogChoice defaultErrorChoice = ErrorDialogChoice::Correct;
-    std::deque<MessageAnswer> answers;
     std::deque<std::optional<std::string>> openNames;
     std::deque<std::optional<std::string>> saveNames;
     std::deque<ErrorDialogChoice> errorChoices;
