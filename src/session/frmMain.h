@@ -168,7 +168,7 @@ private:
     void SetControl(Control control, Setting setting);
     void ClearDisplay();
     void ShowGrid(bool shown);
-    int width_half() const;
+    int MdiHalfWidth() const;
     void SetToggleButton(bool gridShown);
     void ShowLeftPanel(bool shown);
     void ShowMessageBar(bool shown);

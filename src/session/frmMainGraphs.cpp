@@ -39,10 +39,11 @@ void frmMain::ShowLocusGraphs() {
 
     // Half the frame wide, its client area less 500 twips high; the second of a pair stands at
     // half the frame's width less 70.
-    const int width = std::max(TwipsToPixels(3402, this), width_half() - TwipsToPixels(100, this));
+    const int width =
+        std::max(TwipsToPixels(3402, this), MdiHalfWidth() - TwipsToPixels(100, this));
     const int height =
         std::max(TwipsToPixels(3969, this), mdiArea->height() - TwipsToPixels(500, this));
-    const int secondLeft = width_half() - TwipsToPixels(70, this);
+    const int secondLeft = MdiHalfWidth() - TwipsToPixels(70, this);
     for (const LocusResult& locus : analysis.Loci()) {
         for (bool first : {true, false}) {
             GraphModel graph(first ? GraphModel::Kind::Homozygotes : GraphModel::Kind::Differences,
@@ -65,7 +66,8 @@ void frmMain::ShowLocusGraphs() {
     if (!analysis.Loci().empty()) DisplayInitAnalysis(analysis.Loci().front().name);
 }
 
-int frmMain::width_half() const {
+// Half the width of the area the graph windows open in.
+int frmMain::MdiHalfWidth() const {
     return mdiArea->width() / 2;
 }
 
