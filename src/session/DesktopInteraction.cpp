@@ -10,6 +10,7 @@
 
 #include "checking/frmErrorDialog.h"
 #include "population/frmGenepopExample.h"
+#include "session/HelpViewer.h"
 #include "session/frmNewGrid.h"
 
 namespace tavrelle {
@@ -130,17 +131,18 @@ std::string DesktopInteraction::SheetName(const std::string&) {
 namespace tavrelle {
 
 int DesktopInteraction::OpenDocument(const std::string& path) {
-    const QFileInfo file(QString::fromStdString(path));
+    const QString target = QString::fromStdString(path);
+    // Web pages go to the browser; files to the program the desktop registers for them.
+    if (target.startsWith("http://") || target.startsWith("https://"))
+        return QDesktopServices::openUrl(QUrl(target)) ? 0 : 31;
+    const QFileInfo file(target);
     if (!file.dir().exists()) return 3;
     if (!file.exists()) return 2;
     return QDesktopServices::openUrl(QUrl::fromLocalFile(file.absoluteFilePath())) ? 0 : 31;
 }
 
-void DesktopInteraction::ShowHelp(const std::string& file, const std::string& topic, int) {
-    // Until the help viewer is built, the bundle's page opens in the desktop's browser.
-    std::string page = file;
-    if (topic.size() > 3) page += "/" + topic.substr(3);
-    OpenDocument(page);
+void DesktopInteraction::ShowHelp(const std::string& file, const std::string& topic, int command) {
+    SessionHelpViewer(owner_).ShowHelp(file, topic, command);
 }
 
 }  // namespace tavrelle

@@ -96,7 +96,10 @@ frmMain::frmMain(Session& session, Interaction& interaction, std::filesystem::pa
     CloseGridButton->hide();
 }
 
-frmMain::~frmMain() = default;
+frmMain::~frmMain() {
+    // Focus moves while the children go; the screen's state must not be touched by then.
+    disconnect(qApp, &QApplication::focusChanged, this, nullptr);
+}
 
 void frmMain::Connect(QAction* action, void (frmMain::*command)()) {
     connect(action, &QAction::triggered, this,

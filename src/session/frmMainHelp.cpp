@@ -1,4 +1,5 @@
 // Help topics, the user guide, the questionnaire and the about box.
+#include "session/frmAbout.h"
 #include "session/frmMain.h"
 
 namespace tavrelle {
@@ -6,6 +7,8 @@ namespace tavrelle {
 namespace {
 constexpr const char* kNoHelpIndex =
     "Unable to display Help Index. There is no Help associated with this project.";
+// Where a free PDF reader can be had: a list of readers for every platform.
+constexpr const char* kPdfReaderPage = "https://pdfreaders.org/";
 }  // namespace
 
 int frmMain::DisplayThisFile(const std::string& path) {
@@ -61,15 +64,25 @@ void frmMain::DisplayAdjGenoHelp() {
 
 void frmMain::mnuHelpPDF_Click() {
     const int code = DisplayThisFile((programFolder_ / "User_Guide.pdf").string());
-    if (code == 2)
+    if (code == 2) {
         interaction_.Show({"The requested file has not been found.", "File Not Found",
                            MessageIcon::Exclamation, MessageButtons::Ok});
+    } else if (code == 3) {
+        const MessageAnswer answer = interaction_.Show(
+            {"Adobe Acrobat Reader may not be installed on this machine.\r\nClick OK to go to "
+             "the Web site to download a free copy or click Cancel.",
+             "Get Adobe Acrobat Reader", MessageIcon::None, MessageButtons::OkCancel});
+        if (answer == MessageAnswer::Ok) DisplayThisFile(kPdfReaderPage);
+    }
 }
 
 void frmMain::mnuHelpQ_Click() {
     DisplayThisFile((programFolder_ / "Questionnaire.xls").string());
 }
 
-void frmMain::mnuHelpAbout_Click() {}
+void frmMain::mnuHelpAbout_Click() {
+    frmAbout about(programFolder_, this);
+    about.exec();
+}
 
 }  // namespace tavrelle
