@@ -43,11 +43,25 @@ void AddPopulations(const std::string& text, std::vector<int>& populations) {
     }
 }
 
+// Options that steer an analysis, which mean nothing to a conversion.
+bool IsAnalysisOption(const std::string& argument) {
+    for (const char* option :
+         {"--population", "--seed", "--randomisations", "--confidence", "--repeat",
+          "--max-allele-size", "--on-suspect", "--json", "--csv", "--threads"})
+        if (argument == option) return true;
+    return false;
+}
+
 }  // namespace
 
 BatchOptions ParseBatchOptions(const std::vector<std::string>& arguments) {
     BatchOptions options;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
+    std::size_t first = 0;
+    if (!arguments.empty() && arguments[0] == "convert") {
+        options.convert = true;
+        first = 1;
+    }
+    for (std::size_t i = first; i < arguments.size(); ++i) {
         const std::string& argument = arguments[i];
         auto value = [&]() -> const std::string& {
             if (i + 1 >= arguments.size()) Refuse(argument + " needs a value.");
@@ -55,6 +69,14 @@ BatchOptions ParseBatchOptions(const std::vector<std::string>& arguments) {
         };
         if (argument == "--help" || argument == "-h") {
             options.help = true;
+        } else if (argument == "--sheet") {
+            options.sheet = value();
+            // As the sheet dialog refuses an empty name.
+            if (options.sheet.empty()) Refuse("--sheet: Please enter a sheet name.");
+        } else if (argument == "--accept-numeric-names") {
+            options.acceptNumericNames = true;
+        } else if (options.convert && IsAnalysisOption(argument)) {
+            Refuse(argument + " is not used by convert. See --help.");
         } else if (argument == "--population") {
             AddPopulations(value(), options.populations);
         } else if (argument == "--seed") {
@@ -118,23 +140,43 @@ BatchOptions ParseBatchOptions(const std::vector<std::string>& arguments) {
             Refuse("Unknown option " + argument + ". See --help.");
         } else if (options.file.empty()) {
             options.file = argument;
+        } else if (options.convert && options.convertOutput.empty()) {
+            options.convertOutput = argument;
+        } else if (options.convert) {
+            Refuse("convert takes two files, IN and OUT (got a third, '" + argument + "').");
         } else {
             Refuse("Only one data file at a time (got '" + options.file + "' and '" + argument +
                    "').");
         }
     }
-    if (!options.help && options.file.empty()) Refuse("Name a Genepop data file. See --help.");
+    if (options.help) return options;
+    if (options.convert && options.convertOutput.empty())
+        Refuse("convert needs two files, IN and OUT. See --help.");
+    if (options.file.empty()) Refuse("Name a Genepop or Excel data file. See --help.");
     return options;
 }
 
 std::string BatchUsage() {
     return R"(Usage: tavrelle-batch FILE [options]
+       tavrelle-batch convert IN OUT [--sheet NAME] [--accept-numeric-names]
 
-Analyses every population of a Genepop file (or the ones chosen) for null alleles, stutter and
+Analyses every population of a data file (or the ones chosen) for null alleles, stutter and
 large allele drop-out, as the desktop program does, and reports the results as text on standard
 output, and optionally as JSON and CSV.
 
+The format is told by the file name's ending alone, as in the desktop program: ".xlsx" (any
+case) is an Excel workbook, a name ending in "xls" (any case) an Excel 97-2003 workbook, and
+any other name a Genepop file. A workbook sheet holds a title row, a row of locus names (one
+name per two columns, from column B), then one sample per row: the name in column A and the two
+alleles of each locus; "*" or an empty cell is a missing allele, and a row with "pop" in column A
+starts the next population.
+
 Options:
+  --sheet NAME             The workbook's sheet that holds the data. Default Sheet1. Names are
+                           compared without regard to case. Example: --sheet "Field data"
+  --accept-numeric-names   Load a sheet whose locus names are all numbers as it stands. Without
+                           it such a sheet is refused, since it usually lacks its row of locus
+                           names and its first sample would be taken for them.
   --repeat N               Repeat motif length in bases (1 to 6) for every locus.
                            Example: --repeat 2
   --repeat NAME=N          Repeat motif of one locus by its name; repeat the option for more
@@ -163,10 +205,22 @@ Options:
   --help                   This text.
 
 Each population is its own run with a fresh generator seeded with the seed, so a population's
-result does not depend on the others or on --population.
+result does not depend on the others or on --population. The JSON report's "title" is '' for a
+workbook, which has no title line.
 
-Example:
+convert IN OUT reads IN and writes every population to OUT, each in the format its name tells,
+with the rules of the desktop program's Save As: a workbook gets one sheet, Sheet1, in the
+layout above; a Genepop file gets the title line 'Title line:  "OUT"' (the file's name) and
+three-digit alleles as they stand. Workbook data written to Genepop lose the first sample of
+every population after the first: the Genepop writer passes over the row behind each Pop line
+of workbook data, as the desktop program does. A workbook does not keep a Genepop title.
+
+Examples:
   tavrelle-batch DemoFiles/DemoNullAlleles.gen --repeat 2 --seed 12345 --json report.json
+  tavrelle-batch DemoFiles/DemoThreePopulations.xlsx --repeat 2 --seed 7 --csv loci.csv
+  tavrelle-batch samples.xls --sheet Run2 --repeat 2 --on-suspect omit
+  tavrelle-batch convert DemoFiles/DemoNullAlleles.gen DemoNullAlleles.xls
+  tavrelle-batch convert field.xlsx field.gen --sheet Sheet2
 )";
 }
 

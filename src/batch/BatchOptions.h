@@ -13,7 +13,15 @@ namespace tavrelle {
 enum class SuspectPolicy { Stop, Omit, Proceed };
 
 struct BatchOptions {
-    std::string file;
+    std::string file;  // Genepop, .xls or .xlsx, told by its name's ending
+    // The workbook's sheet that holds the data, as the sheet dialog would be given it.
+    std::string sheet = "Sheet1";
+    // A sheet whose locus names are all numbers is loaded as it stands (the OK of the desktop's
+    // question); without this it is refused, as Cancel would.
+    bool acceptNumericNames = false;
+    // "convert IN OUT": file is IN, convertOutput is OUT, and no analysis runs.
+    bool convert = false;
+    std::string convertOutput;
     std::vector<int> populations;  // 1-based; empty: all
     std::optional<std::int32_t> seed;
     Int16 randomisations = 1000;

@@ -8,6 +8,10 @@
 #include "base/Numbers.h"
 #include "checking/PopulationCheck.h"
 #include "checking/SuspectValues.h"
+#include "population/ExcelTexts.h"
+#include "population/ExcelWorkbookWriter.h"
+#include "population/FileKind.h"
+#include "population/GenepopWriter.h"
 #include "population/InputDataSource.h"
 #include "population/PopulationName.h"
 
@@ -25,15 +29,76 @@ struct LoadedPopulation {
     Table table;
 };
 
-std::string LoadFailure(const std::string& file, const RecordingPrompter& prompter) {
-    std::string message = "Could not load " + file + ":";
-    for (const Message& m : prompter.messages)
-        message += "\n" + m.text;
-    if (!prompter.examples.empty()) message += std::string("\n") + kGenepopRefusal;
+// Records what the load shows, and answers the all-numeric names question as the options say;
+// every other box gets the answer that lets work go on without repeating anything.
+class LoadPrompter : public RecordingPrompter {
+public:
+    explicit LoadPrompter(bool acceptNumericNames) : acceptNumericNames_(acceptNumericNames) {}
+    MessageAnswer Show(const Message& message) override {
+        MessageAnswer answer = RecordingPrompter::Show(message);
+        if (message.caption == kNumericNamesCaption && acceptNumericNames_)
+            return MessageAnswer::Ok;
+        return answer;
+    }
+
+private:
+    bool acceptNumericNames_;
+};
+
+std::string OneLine(std::string message) {
+    for (std::size_t at; (at = message.find("\r\n")) != std::string::npos;)
+        message.replace(at, 2, "\n");
     for (char& c : message)
         if (c == '\r') c = ' ';
     return message;
 }
+
+std::string LoadFailure(const std::string& file, const RecordingPrompter& prompter) {
+    std::string message = "Could not load " + file + ":";
+    bool numericNames = false;
+    for (const Message& m : prompter.messages) {
+        message += "\n" + m.text;
+        numericNames = numericNames || m.caption == kNumericNamesCaption;
+    }
+    for (ExampleScreen example : prompter.examples) {
+        if (example == ExampleScreen::Genepop) {
+            message += std::string("\n") + kGenepopRefusal;
+        } else {
+            message +=
+                "\n" + std::string(kExcelExampleLabel1) + "\n" + std::string(kExcelExampleLabel2);
+        }
+    }
+    if (numericNames) message += "\n(--accept-numeric-names loads such a sheet as it stands.)";
+    return OneLine(message);
+}
+
+// The store of a data file, loaded as the open command loads it: the format by the name's
+// ending, a workbook from the sheet named. A file that does not load throws std::runtime_error
+// with the message to print.
+struct LoadedStore {
+    explicit LoadedStore(const BatchOptions& options)
+        : kind(KindOfFile(options.file)), prompter(options.acceptNumericNames) {
+        std::unique_ptr<ExcelSheetReader> reader = MakeExcelSheetReader(kind);
+        StoreRequest request;
+        request.fileLocation = options.file;
+        request.isExcel = IsExcelKind(kind);
+        request.excelSheetName = options.sheet;
+        request.excelReader = reader.get();
+        try {
+            store = std::make_unique<InputDataSource>(request, prompter);
+        } catch (const ProgramError& error) {
+            // What the open command shows in its "Error Opening File" box.
+            throw std::runtime_error("Could not load " + options.file + ":\n" +
+                                     std::string(kOpenErrorCaption) + ": " + error.Description());
+        }
+        if (store->LocusNames().front().empty())
+            throw std::runtime_error(LoadFailure(options.file, prompter));
+    }
+
+    FileKind kind;
+    LoadPrompter prompter;
+    std::unique_ptr<InputDataSource> store;
+};
 
 std::vector<SuspectEntry> Entries(const Table& table, const std::vector<CellPosition>& cells) {
     std::vector<SuspectEntry> entries;
@@ -59,7 +124,7 @@ std::string RunTimeError(const ProgramError& error) {
 // The Analyse command on one population: check, the choice about suspect values, the run.
 PopulationReport AnalysePopulation(LoadedPopulation& population, const BatchOptions& options,
                                    std::int32_t seed, const std::filesystem::path& tableFolder,
-                                   bool threaded) {
+                                   bool threaded, bool isExcel) {
     PopulationReport report;
     report.number = population.number;
     Table& table = population.table;
@@ -109,6 +174,7 @@ PopulationReport AnalysePopulation(LoadedPopulation& population, const BatchOpti
             settings.repeatCodes = repeatCodes;
             settings.tableFolder = tableFolder;
             settings.threaded = threaded;
+            settings.isExcel = isExcel;
             RunHooks hooks;
             hooks.prompter = &prompter;
             report.analysis = std::make_unique<AlleleAnalysis>(table, settings, hooks);
@@ -128,12 +194,9 @@ PopulationReport AnalysePopulation(LoadedPopulation& population, const BatchOpti
 }  // namespace
 
 BatchReport RunBatch(const BatchOptions& options, const std::filesystem::path& tableFolder) {
-    RecordingPrompter loadPrompter;
-    StoreRequest request;
-    request.fileLocation = options.file;
-    InputDataSource store(request, loadPrompter);
-    if (store.LocusNames().front().empty())
-        throw std::runtime_error(LoadFailure(options.file, loadPrompter));
+    LoadedStore loaded(options);
+    InputDataSource& store = *loaded.store;
+    const bool isExcel = IsExcelKind(loaded.kind);
 
     std::vector<LoadedPopulation> all;
     all.push_back({1, store.rsAlleleData});
@@ -180,7 +243,7 @@ BatchReport RunBatch(const BatchOptions& options, const std::filesystem::path& t
     auto work = [&] {
         for (std::size_t i = next++; i < chosen.size(); i = next++)
             report.populations[i] =
-                AnalysePopulation(chosen[i], options, report.seed, tableFolder, threaded);
+                AnalysePopulation(chosen[i], options, report.seed, tableFolder, threaded, isExcel);
     };
     std::vector<std::thread> pool;
     for (std::size_t w = 1; w < workers; ++w)
@@ -189,6 +252,45 @@ BatchReport RunBatch(const BatchOptions& options, const std::filesystem::path& t
     for (std::thread& t : pool)
         t.join();
     return report;
+}
+
+std::string ConvertDataFile(const BatchOptions& options) {
+    LoadedStore loaded(options);
+    InputDataSource& store = *loaded.store;
+    const std::string& output = options.convertOutput;
+    const FileKind outputKind = KindOfFile(output);
+    const std::string title = std::filesystem::path(output).filename().string();
+
+    // Populations and samples as the writers will see them, after the current population is
+    // saved back.
+    store.SavePopulation();
+    int populations = 1;
+    for (std::int64_t row = 2; row < store.rsAllData.RecordCount(); ++row)
+        if (UpperCase(TrimBlanks(store.rsAllData.Cell(row, 1))) == "POP") ++populations;
+
+    LoadPrompter prompter(false);
+    SaveOutcome outcome =
+        IsExcelKind(outputKind)
+            ? SaveExcelFile(store, output, title, false, prompter).outcome
+            : SaveGenepopFile(store, output, title, false, IsExcelKind(loaded.kind), prompter);
+    if (outcome != SaveOutcome::Saved) {
+        std::string message = "Could not write " + output + ":";
+        for (const Message& m : prompter.messages)
+            message += "\n" + m.text;
+        throw std::runtime_error(OneLine(message));
+    }
+
+    const char* format = outputKind == FileKind::Xlsx  ? "Excel workbook"
+                         : outputKind == FileKind::Xls ? "Excel 97-2003 workbook"
+                                                       : "Genepop file";
+    std::string summary = "Wrote " + output + " (" + format + "): " + std::to_string(populations) +
+                          " population" + (populations == 1 ? "" : "s") + ", " +
+                          std::to_string(store.LocusNames().size()) + " loci.\n";
+    if (IsExcelKind(loaded.kind) && !IsExcelKind(outputKind) && populations > 1)
+        summary +=
+            "Note: as the Genepop writer does with workbook data, the first sample of each "
+            "population after the first was not written.\n";
+    return summary;
 }
 
 }  // namespace tavrelle

@@ -41,6 +41,15 @@ int main(int argc, char** argv) {
         std::cout << BatchUsage();
         return 0;
     }
+    if (options.convert) {
+        try {
+            std::cout << ConvertDataFile(options);
+        } catch (const std::exception& failure) {
+            std::cerr << "tavrelle-batch: " << failure.what() << "\n";
+            return 1;
+        }
+        return 0;
+    }
     try {
         BatchReport report = RunBatch(options, ProgramFolder(argv[0]));
         bool ok = true;

@@ -1,0 +1,128 @@
+#include "population/ExcelWorkbookWriter.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+
+#include "population/Biff8Writer.h"
+#include "population/ExcelTexts.h"
+#include "population/FileErrors.h"
+#include "population/FileKind.h"
+#include "population/XlsxWriter.h"
+
+namespace tavrelle {
+
+namespace {
+
+// The save was given up at the disk-not-ready question; no further message follows.
+struct SaveCancelled {};
+
+// A drive that is not ready may be made ready: OK repeats the failed statement.
+template <typename Statement>
+void Repeating(Prompter& prompter, Statement statement) {
+    for (;;) {
+        errno = 0;
+        if (statement()) return;
+        ProgramError error = FileError(errno);
+        if (error.Number() != kDiskNotReady) throw error;
+        MessageAnswer answer = prompter.Show(
+            {"Put a floppy disk in the drive and close the drive door.\r\n" + error.Description(),
+             "", MessageIcon::Exclamation, MessageButtons::OkCancel});
+        if (answer != MessageAnswer::Ok) throw SaveCancelled{};
+    }
+}
+
+struct Closer {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+// The workbook is made whole in memory and then written; a write that fails leaves no partial
+// workbook behind, as a spreadsheet that closes a book without saving leaves none.
+void WriteWorkbook(const std::string& fileName, const std::string& bytes, Prompter& prompter) {
+    std::unique_ptr<std::FILE, Closer> file;
+    Repeating(prompter, [&] {
+        file.reset(std::fopen(fileName.c_str(), "wb"));
+        return file != nullptr;
+    });
+    try {
+        Repeating(prompter, [&] {
+            std::clearerr(file.get());
+            std::rewind(file.get());
+            return std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
+        });
+        Repeating(prompter, [&] { return std::fflush(file.get()) == 0; });
+        if (std::fclose(file.release()) != 0) throw FileError(errno);
+    } catch (...) {
+        file.reset();
+        std::error_code ignored;
+        std::filesystem::remove(fileName, ignored);
+        throw;
+    }
+}
+
+void ReportSaveFailure(const ProgramError& error, Prompter& prompter) {
+    std::string text;
+    switch (error.Number()) {
+        case kDialogCancelled:
+            return;
+        case kDeviceUnavailable:
+            text = "The drive or path does not exist.";
+            break;
+        case kPermissionDenied:
+            text = "The selected drive media is read only.\r\n" + error.Description();
+            break;
+        default:
+            text = "An error has occurred during the save operation.\r\n" + error.Description() +
+                   "\r\nPlease try saving in a different format.";
+            break;
+    }
+    prompter.Show({text, "", MessageIcon::Exclamation, MessageButtons::Ok});
+}
+
+}  // namespace
+
+WorksheetCells SheetCellsOf(const Table& rsAllData) {
+    WorksheetCells cells;
+    // Column A takes table column 1; the allele columns follow from B, two per locus. The sample
+    // number in column 0 is not written.
+    for (std::int64_t row = 0; row < rsAllData.RecordCount(); ++row) {
+        for (int column = 1; column < rsAllData.ColumnCount(); ++column) {
+            const std::string& text = rsAllData.Cell(row, column);
+            if (!text.empty()) cells.push_back({row, column - 1, text});
+        }
+    }
+    return cells;
+}
+
+ExcelSaveOutcome SaveExcelFile(InputDataSource& store, const std::string& fileName,
+                               const std::string& fileTitle, bool gridIsNew, Prompter& prompter) {
+    ExcelSaveOutcome result;
+    try {
+        if (gridIsNew) {
+            store.SaveNewPopulation();
+        } else {
+            store.SavePopulation();
+        }
+        const WorksheetCells cells = SheetCellsOf(store.rsAllData);
+        const std::string bytes = KindOfFile(fileName) == FileKind::Xlsx
+                                      ? XlsxWorkbookFile(cells, kDefaultSheetName)
+                                      : XlsWorkbookFile(cells, kDefaultSheetName);
+        WriteWorkbook(fileName, bytes, prompter);
+    } catch (const SaveCancelled&) {
+        return result;
+    } catch (const ProgramError& error) {
+        ReportSaveFailure(error, prompter);
+        return result;
+    } catch (const std::bad_alloc&) {
+        ReportSaveFailure(ProgramError(7, "Out of memory"), prompter);
+        return result;
+    }
+    result.outcome = SaveOutcome::Saved;
+    result.clearChangedData = true;
+    result.titleBar = "Tavrelle - " + fileTitle;
+    store.rsAllData.MoveFirst();
+    return result;
+}
+
+}  // namespace tavrelle

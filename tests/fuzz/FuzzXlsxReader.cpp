@@ -1,0 +1,7 @@
+// libFuzzer target: .xlsx bytes through the open command's load (libzip, expat and the sheet
+// reader).
+#include "FuzzWorkbookReader.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    return tavrelle::fuzz::LoadWorkbook(data, size, ".xlsx");
+}
