@@ -9,7 +9,9 @@
 #include <QUrl>
 
 #include "checking/frmErrorDialog.h"
+#include "population/frmExcelExample.h"
 #include "population/frmGenepopExample.h"
+#include "population/frmSheetDialog.h"
 #include "session/HelpViewer.h"
 #include "session/frmNewGrid.h"
 
@@ -85,8 +87,8 @@ void DesktopInteraction::ShowExample(ExampleScreen screen) {
         example.exec();
         return;
     }
-    Show({"The workbook could not be read as a Tavrelle sheet.", "", MessageIcon::Exclamation,
-          MessageButtons::Ok});
+    frmExcelExample example(owner_);
+    example.exec();
 }
 
 std::optional<std::string> DesktopInteraction::OpenFileName(const FileDialogRequest& request) {

@@ -10,6 +10,8 @@
 #include <QToolButton>
 
 #include "base/Numbers.h"
+#include "population/ExcelWorkbookWriter.h"
+#include "population/FileKind.h"
 #include "population/GenepopWriter.h"
 #include "population/PopulationName.h"
 #include "session/GridView.h"
@@ -21,10 +23,6 @@ namespace {
 
 std::string FileTitle(const std::string& path) {
     return QFileInfo(QString::fromStdString(path)).fileName().toStdString();
-}
-
-bool EndsWithXls(const std::string& name) {
-    return name.size() >= 3 && UpperCase(name.substr(name.size() - 3)) == "XLS";
 }
 
 }  // namespace
@@ -89,12 +87,15 @@ void frmMain::mnuFileOpen_Click() {
     const std::filesystem::path demo = programFolder_ / ".." / "DemoFiles";
     std::optional<std::string> chosen = interaction_.OpenFileName(
         {"Open", demo.lexically_normal().string(),
-         "All Files (*.*)|*.*|Excel files (xls)|*.xls|Genepop (dat)|*.dat|Genepop (txt)|*.txt",
+         "All Files (*.*)|*.*|Excel files (xls)|*.xls|Genepop (dat)|*.dat|Genepop (txt)|*.txt|"
+         "Excel 2007+ files (xlsx)|*.xlsx",
          ""});
     if (!chosen || chosen->empty()) return;  // cancelled: the controls stay off until an open
     StatusPanel1->setText("  Loading...");
     fileLocation = *chosen;
-    if (EndsWithXls(fileLocation)) {
+    // The format is told by the name alone.
+    const FileKind kind = KindOfFile(fileLocation);
+    if (IsExcelKind(kind)) {
         isExcel = true;
         session_.gExcelSheetName = interaction_.SheetName(fileLocation);
         if (session_.gExcelSheetName.empty()) {
@@ -110,6 +111,8 @@ void frmMain::mnuFileOpen_Click() {
     request.fileLocation = fileLocation;
     request.isExcel = isExcel;
     request.excelSheetName = session_.gExcelSheetName;
+    const std::unique_ptr<ExcelSheetReader> reader = MakeExcelSheetReader(kind);
+    request.excelReader = reader.get();
     std::unique_ptr<InputDataSource> store;
     try {
         store = std::make_unique<InputDataSource>(request, interaction_);
@@ -146,17 +149,22 @@ void frmMain::mnuSaveAs_Click() {
     // Saving to Excel is offered only where the system offered it; a typed .xls still goes to
     // the Excel writer.
     std::optional<std::string> chosen = interaction_.SaveFileName(
-        {"Save As", QDir::homePath().toStdString(), "Text File (txt)|*.txt|DAT File (*.dat)|*.dat",
+        {"Save As", QDir::homePath().toStdString(),
+         "Text File (txt)|*.txt|DAT File (*.dat)|*.dat|Excel 2007+ File (*.xlsx)|*.xlsx",
          "PopulationData"});
     if (!chosen) throw ProgramError(32755, "Cancel was selected.");
     if (chosen->empty()) return;
     const std::string title = FileTitle(*chosen);
-    if (EndsWithXls(title)) {
-        interaction_.Show(
-            {"An error has occurred during the save operation.\r\nExcel workbooks "
-             "cannot be written by this version.",
-             "", MessageIcon::Exclamation, MessageButtons::Ok});
-        mnuSaveAs_Click();
+    if (IsExcelKind(KindOfFile(title))) {
+        const ExcelSaveOutcome saved =
+            SaveExcelFile(*session_.gInputData, *chosen, title, session_.gGridIsNew, interaction_);
+        gridModel_.Reload();
+        if (saved.outcome == SaveOutcome::Failed) {
+            mnuSaveAs_Click();
+            return;
+        }
+        if (saved.clearChangedData) ChangedData = false;
+        if (!saved.titleBar.empty()) setWindowTitle(QString::fromStdString(saved.titleBar));
         return;
     }
     if (SaveGenepopFile(*session_.gInputData, *chosen, title, session_.gGridIsNew, isExcel,
