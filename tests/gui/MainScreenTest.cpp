@@ -207,10 +207,10 @@ TEST_F(ScreenTest, ARefusedFileShowsTheExampleAndKeepsTheOldGrid) {
     EXPECT_EQ(screen->StatusPanel1->text(), "  Loading...");
     EXPECT_EQ(screen->windowTitle(), "Tavrelle - notgenepop.txt");
     EXPECT_EQ(session.gInputData->rsAlleleData.Cell(2, 1), before);
-    // A workbook cannot be read yet: its refusal.
+    // A text file named .xls fails at the connection.
     user.sheetNames.push_back("Sheet1");
     Open(WriteFile("book.xls", "not really a workbook"));
-    EXPECT_EQ(user.examples.back(), ExampleScreen::Excel);
+    EXPECT_EQ(user.messages.back().caption, "Error Opening File");
     // Cancelling the dialog leaves the screen's controls off until the next open.
     user.openNames.push_back(std::nullopt);
     screen->mnuFileOpen->trigger();
