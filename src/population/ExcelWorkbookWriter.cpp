@@ -61,25 +61,6 @@ void WriteWorkbook(const std::string& fileName, const std::string& bytes, Prompt
     }
 }
 
-void ReportSaveFailure(const ProgramError& error, Prompter& prompter) {
-    std::string text;
-    switch (error.Number()) {
-        case kDialogCancelled:
-            return;
-        case kDeviceUnavailable:
-            text = "The drive or path does not exist.";
-            break;
-        case kPermissionDenied:
-            text = "The selected drive media is read only.\r\n" + error.Description();
-            break;
-        default:
-            text = "An error has occurred during the save operation.\r\n" + error.Description() +
-                   "\r\nPlease try saving in a different format.";
-            break;
-    }
-    prompter.Show({text, "", MessageIcon::Exclamation, MessageButtons::Ok});
-}
-
 }  // namespace
 
 WorksheetCells SheetCellsOf(const Table& rsAllData) {
@@ -112,10 +93,11 @@ ExcelSaveOutcome SaveExcelFile(InputDataSource& store, const std::string& fileNa
     } catch (const SaveCancelled&) {
         return result;
     } catch (const ProgramError& error) {
-        ReportSaveFailure(error, prompter);
+        ReportSaveFailure(error, prompter, "\r\nPlease try saving in a different format.");
         return result;
     } catch (const std::bad_alloc&) {
-        ReportSaveFailure(ProgramError(7, "Out of memory"), prompter);
+        ReportSaveFailure(ProgramError(7, "Out of memory"), prompter,
+                          "\r\nPlease try saving in a different format.");
         return result;
     }
     result.outcome = SaveOutcome::Saved;

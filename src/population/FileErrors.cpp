@@ -29,4 +29,24 @@ ProgramError FileError(int errnum) {
     }
 }
 
+void ReportSaveFailure(const ProgramError& error, Prompter& prompter,
+                       std::string_view otherAdvice) {
+    std::string text;
+    switch (error.Number()) {
+        case kDialogCancelled:
+            return;
+        case kDeviceUnavailable:
+            text = "The drive or path does not exist.";
+            break;
+        case kPermissionDenied:
+            text = "The selected drive media is read only.\r\n" + error.Description();
+            break;
+        default:
+            text = "An error has occurred during the save operation.\r\n" + error.Description() +
+                   std::string(otherAdvice);
+            break;
+    }
+    prompter.Show({text, "", MessageIcon::Exclamation, MessageButtons::Ok});
+}
+
 }  // namespace tavrelle

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <string_view>
+
 #include "base/ProgramError.h"
+#include "base/Prompter.h"
 
 namespace tavrelle {
 
@@ -14,5 +17,10 @@ inline constexpr int kPermissionDenied = 70;
 // numbers above (no medium -> 71; missing device, folder or path -> 68; read-only media or no
 // permission -> 70; a full disk -> 61; anything else -> 75), with the platform's own description.
 ProgramError FileError(int errnum);
+
+// The box a writer shows when a save failed, keyed on the error's number; nothing for a
+// cancelled dialog. `otherAdvice` follows the description of an error the table doesn't name.
+void ReportSaveFailure(const ProgramError& error, Prompter& prompter,
+                       std::string_view otherAdvice = {});
 
 }  // namespace tavrelle

@@ -107,24 +107,6 @@ void WriteGenepop(GenepopTextFile& file, InputDataSource& store, const std::stri
     file.Close();
 }
 
-void ReportSaveFailure(const ProgramError& error, Prompter& prompter) {
-    std::string text;
-    switch (error.Number()) {
-        case kDialogCancelled:
-            return;
-        case kDeviceUnavailable:
-            text = "The drive or path does not exist.";
-            break;
-        case kPermissionDenied:
-            text = "The selected drive media is read only.\r\n" + error.Description();
-            break;
-        default:
-            text = "An error has occurred during the save operation.\r\n" + error.Description();
-            break;
-    }
-    prompter.Show({text, "", MessageIcon::Exclamation, MessageButtons::Ok});
-}
-
 }  // namespace
 
 SaveOutcome SaveGenepopFile(InputDataSource& store, const std::string& fileName,
