@@ -26,6 +26,11 @@ TEST(NullEstimators, MonomorphicLocusWithAndWithoutBlanks) {
     EXPECT_DOUBLE_EQ(blanks.estimates[kBrookfield2], std::sqrt(0.2));
     EXPECT_EQ(blanks.estimatesLine, "0\t\t0\t\t0\t\t0.4472");
     EXPECT_EQ(blanks.adjustedCounts, (std::vector<AdjustedCountRow>{{150, {0, 0, 0, 0}}}));
+    // No record at all: the four estimates stay 0 and no class table is made.
+    NullAlleleEstimates empty = CalculateNullAllele({}, 3, true);
+    EXPECT_EQ(empty.estimatesLine, "0\t\t0\t\t0\t\t0");
+    EXPECT_TRUE(empty.adjustedCounts.empty());
+    EXPECT_EQ(empty.adjustedText, "");
 }
 
 TEST(NullEstimators, AllHeterozygousForTheSameTwoAllelesGivesNegativeEstimates) {
