@@ -167,6 +167,7 @@ private:
     void Apply(ScreenState state);
     void SetControl(Control control, Setting setting);
     void ClearDisplay();
+    void ShowHelpTopic(const std::string& topic, int command, const char* noHelpText);
     void ShowGrid(bool shown);
     int MdiHalfWidth() const;
     void SetToggleButton(bool gridShown);

@@ -15,51 +15,37 @@ int frmMain::DisplayThisFile(const std::string& path) {
     return interaction_.OpenDocument(path);
 }
 
-void frmMain::mnuHelpContents_Click() {
+// The five help routines take one course: the message when the session has no help, the
+// viewer at the topic otherwise (command 1 for a topic or the contents, 2 for the index).
+void frmMain::ShowHelpTopic(const std::string& topic, int command, const char* noHelpText) {
     if (HelpFile.empty()) {
-        interaction_.Show(
-            {"Unable to display Help Contents. There is no Help associated with this "
-             "project.",
-             windowTitle().toStdString(), MessageIcon::Information, MessageButtons::Ok});
+        interaction_.Show({noHelpText, windowTitle().toStdString(), MessageIcon::Information,
+                           MessageButtons::Ok});
         return;
     }
-    interaction_.ShowHelp(HelpFile, "", 1);
+    interaction_.ShowHelp(HelpFile, topic, command);
+}
+
+void frmMain::mnuHelpContents_Click() {
+    ShowHelpTopic("", 1,
+                  "Unable to display Help Contents. There is no Help associated with this "
+                  "project.");
 }
 
 void frmMain::mnuHelpIndex_Click() {
-    if (HelpFile.empty()) {
-        interaction_.Show({kNoHelpIndex, windowTitle().toStdString(), MessageIcon::Information,
-                           MessageButtons::Ok});
-        return;
-    }
-    interaction_.ShowHelp(HelpFile, "", 2);
+    ShowHelpTopic("", 2, kNoHelpIndex);
 }
 
 void frmMain::DisplayAlleleFreqHelp() {
-    if (HelpFile.empty()) {
-        interaction_.Show({kNoHelpIndex, windowTitle().toStdString(), MessageIcon::Information,
-                           MessageButtons::Ok});
-        return;
-    }
-    interaction_.ShowHelp(HelpFile, "::/CorrectedInfo.htm", 1);
+    ShowHelpTopic("::/CorrectedInfo.htm", 1, kNoHelpIndex);
 }
 
 void frmMain::DisplayNullCalcHelp() {
-    if (HelpFile.empty()) {
-        interaction_.Show({kNoHelpIndex, windowTitle().toStdString(), MessageIcon::Information,
-                           MessageButtons::Ok});
-        return;
-    }
-    interaction_.ShowHelp(HelpFile, "::/NullAllelesAL.htm", 1);
+    ShowHelpTopic("::/NullAllelesAL.htm", 1, kNoHelpIndex);
 }
 
 void frmMain::DisplayAdjGenoHelp() {
-    if (HelpFile.empty()) {
-        interaction_.Show({kNoHelpIndex, windowTitle().toStdString(), MessageIcon::Information,
-                           MessageButtons::Ok});
-        return;
-    }
-    interaction_.ShowHelp(HelpFile, "::/AdjustGenos.htm", 1);
+    ShowHelpTopic("::/AdjustGenos.htm", 1, kNoHelpIndex);
 }
 
 void frmMain::mnuHelpPDF_Click() {
