@@ -44,8 +44,6 @@ struct BatchReport {
     std::vector<PopulationReport> populations;
 };
 
-inline constexpr const char* kProgramVersion = "1.0.0";
-
 // The JSON report other programs read; its field names are a contract.
 std::string JsonReport(const BatchReport& report);
 

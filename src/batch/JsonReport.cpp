@@ -1,3 +1,4 @@
+#include "base/Version.h"
 #include "batch/BatchReport.h"
 #include "batch/JsonWriter.h"
 

@@ -1,5 +1,6 @@
 #include <sstream>
 
+#include "base/Version.h"
 #include "base/Numbers.h"
 #include "batch/BatchReport.h"
 

@@ -8,10 +8,10 @@
 #include <QStringList>
 #include <QUrl>
 
-#include "checking/frmErrorDialog.h"
-#include "population/frmExcelExample.h"
-#include "population/frmGenepopExample.h"
-#include "population/frmSheetDialog.h"
+#include "checking/screens/frmErrorDialog.h"
+#include "population/screens/frmExcelExample.h"
+#include "population/screens/frmGenepopExample.h"
+#include "population/screens/frmSheetDialog.h"
 #include "session/HelpViewer.h"
 #include "session/frmNewGrid.h"
 

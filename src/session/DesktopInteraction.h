@@ -1,6 +1,6 @@
 #pragma once
 
-#include "session/Interaction.h"
+#include "widgets/Interaction.h"
 
 #include <QString>
 

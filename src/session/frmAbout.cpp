@@ -19,7 +19,7 @@
 #include <QSettings>
 #endif
 
-#include "batch/BatchReport.h"
+#include "base/Version.h"
 
 namespace tavrelle {
 

@@ -23,7 +23,7 @@
 #include <QVBoxLayout>
 
 #include "session/GridView.h"
-#include "session/Twips.h"
+#include "widgets/Twips.h"
 
 namespace tavrelle {
 

@@ -13,7 +13,7 @@
 #include "checking/CheckFlags.h"
 #include "checking/SuspectCells.h"
 #include "session/AlleleGridModel.h"
-#include "session/Interaction.h"
+#include "widgets/Interaction.h"
 #include "session/ScreenStates.h"
 #include "session/Session.h"
 

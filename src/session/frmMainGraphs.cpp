@@ -4,9 +4,9 @@
 #include <QMdiSubWindow>
 #include <QPlainTextEdit>
 
-#include "results/frmDrawGraph.h"
-#include "session/ShownText.h"
-#include "session/Twips.h"
+#include "results/screens/frmDrawGraph.h"
+#include "widgets/ShownText.h"
+#include "widgets/Twips.h"
 #include "session/frmMain.h"
 
 namespace tavrelle {

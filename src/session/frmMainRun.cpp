@@ -9,15 +9,15 @@
 #include <QSplitter>
 
 #include "analysis/ClockSeed.h"
-#include "analysis/frmProgressBar.h"
+#include "analysis/screens/frmProgressBar.h"
 #include "base/Numbers.h"
 #include "checking/PopulationCheck.h"
-#include "nulls/frmAllNulls.h"
-#include "nulls/frmGenotypes.h"
-#include "nulls/frmNullAllele.h"
+#include "nulls/screens/frmAllNulls.h"
+#include "nulls/screens/frmGenotypes.h"
+#include "nulls/screens/frmNullAllele.h"
 #include "session/GridView.h"
-#include "session/ShownText.h"
-#include "session/Twips.h"
+#include "widgets/ShownText.h"
+#include "widgets/Twips.h"
 #include "session/frmMain.h"
 
 namespace tavrelle {

@@ -16,7 +16,7 @@
 
 #include "population/GenepopWriter.h"
 #include "session/GridView.h"
-#include "session/Twips.h"
+#include "widgets/Twips.h"
 #include "session/frmMain.h"
 
 namespace tavrelle {

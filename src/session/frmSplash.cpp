@@ -4,7 +4,7 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
-#include "batch/BatchReport.h"
+#include "base/Version.h"
 
 namespace tavrelle {
 

@@ -9,10 +9,10 @@
 #include <sstream>
 
 #include "nulls/GenotypeListText.h"
-#include "nulls/frmAllNulls.h"
-#include "nulls/frmGenotypes.h"
-#include "nulls/frmNullAllele.h"
-#include "results/frmDrawGraph.h"
+#include "nulls/screens/frmAllNulls.h"
+#include "nulls/screens/frmGenotypes.h"
+#include "nulls/screens/frmNullAllele.h"
+#include "results/screens/frmDrawGraph.h"
 #include "tests/gui/ScreenFixture.h"
 #include "tests/support/Json.h"
 

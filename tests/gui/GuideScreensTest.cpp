@@ -6,10 +6,10 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 
-#include "checking/frmErrorDialog.h"
-#include "nulls/frmAllNulls.h"
-#include "nulls/frmNullAllele.h"
-#include "population/frmGenepopExample.h"
+#include "checking/screens/frmErrorDialog.h"
+#include "nulls/screens/frmAllNulls.h"
+#include "nulls/screens/frmNullAllele.h"
+#include "population/screens/frmGenepopExample.h"
 
 namespace tavrelle {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <QMdiArea>
 
-#include "session/Twips.h"
+#include "widgets/Twips.h"
 
 namespace tavrelle {
 namespace {

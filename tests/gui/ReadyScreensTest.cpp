@@ -10,10 +10,10 @@
 #include <QPushButton>
 #include <QRadioButton>
 
-#include "analysis/frmSeedDialog.h"
-#include "results/frmAnalysisResults.h"
-#include "results/frmUserInfo.h"
-#include "session/Twips.h"
+#include "analysis/screens/frmSeedDialog.h"
+#include "results/screens/frmAnalysisResults.h"
+#include "results/screens/frmUserInfo.h"
+#include "widgets/Twips.h"
 #include "tests/gui/Screenshot.h"
 
 namespace tavrelle {

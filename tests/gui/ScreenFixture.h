@@ -15,7 +15,7 @@
 #include <fstream>
 
 #include "session/GridView.h"
-#include "session/ShownText.h"
+#include "widgets/ShownText.h"
 #include "session/frmMain.h"
 #include "tests/gui/ScriptedInteraction.h"
 

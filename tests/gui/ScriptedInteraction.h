@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "session/Interaction.h"
+#include "widgets/Interaction.h"
 
 namespace tavrelle {
 

@@ -1,5 +1,5 @@
 // Workbooks through File Open and Save As, and the sheet dialog.
-#include "population/frmSheetDialog.h"
+#include "population/screens/frmSheetDialog.h"
 #include "tests/gui/ScreenFixture.h"
 
 namespace tavrelle {

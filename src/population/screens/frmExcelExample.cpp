@@ -1,4 +1,4 @@
-#include "population/frmExcelExample.h"
+#include "population/screens/frmExcelExample.h"
 
 #include <QHeaderView>
 #include <QLabel>
@@ -7,7 +7,7 @@
 #include <QVBoxLayout>
 
 #include "population/ExcelTexts.h"
-#include "session/ShownText.h"
+#include "widgets/ShownText.h"
 
 namespace tavrelle {
 

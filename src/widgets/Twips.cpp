@@ -1,4 +1,4 @@
-#include "session/Twips.h"
+#include "widgets/Twips.h"
 
 #include <QGuiApplication>
 #include <QScreen>

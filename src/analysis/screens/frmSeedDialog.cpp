@@ -1,4 +1,4 @@
-#include "analysis/frmSeedDialog.h"
+#include "analysis/screens/frmSeedDialog.h"
 
 #include <QHBoxLayout>
 #include <QLabel>

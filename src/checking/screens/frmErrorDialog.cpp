@@ -1,10 +1,10 @@
-#include "checking/frmErrorDialog.h"
+#include "checking/screens/frmErrorDialog.h"
 
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
 
-#include "checking/ErrorDialogTexts.h"
+#include "checking/screens/ErrorDialogTexts.h"
 
 namespace tavrelle {
 

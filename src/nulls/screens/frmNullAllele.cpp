@@ -1,11 +1,11 @@
-#include "nulls/frmNullAllele.h"
+#include "nulls/screens/frmNullAllele.h"
 
 #include <QGridLayout>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 
-#include "session/ShownText.h"
+#include "widgets/ShownText.h"
 
 namespace tavrelle {
 

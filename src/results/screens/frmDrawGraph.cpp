@@ -1,4 +1,4 @@
-#include "results/frmDrawGraph.h"
+#include "results/screens/frmDrawGraph.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -20,9 +20,9 @@
 #include <QToolBar>
 #include <cmath>
 
-#include "results/GraphPainter.h"
-#include "session/Interaction.h"
-#include "session/Twips.h"
+#include "results/screens/GraphPainter.h"
+#include "widgets/Interaction.h"
+#include "widgets/Twips.h"
 
 namespace tavrelle {
 

@@ -1,4 +1,4 @@
-#include "analysis/frmProgressBar.h"
+#include "analysis/screens/frmProgressBar.h"
 
 #include <QApplication>
 #include <QProgressBar>

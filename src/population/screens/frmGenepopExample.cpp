@@ -1,4 +1,4 @@
-#include "population/frmGenepopExample.h"
+#include "population/screens/frmGenepopExample.h"
 
 #include <QFontDatabase>
 #include <QLabel>

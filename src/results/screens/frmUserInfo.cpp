@@ -1,12 +1,12 @@
-#include "results/frmUserInfo.h"
+#include "results/screens/frmUserInfo.h"
 
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
 
-#include "results/frmAnalysisResults.h"
-#include "session/Twips.h"
+#include "results/screens/frmAnalysisResults.h"
+#include "widgets/Twips.h"
 
 namespace tavrelle {
 

@@ -1,10 +1,10 @@
-#include "nulls/frmAllNulls.h"
+#include "nulls/screens/frmAllNulls.h"
 
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QResizeEvent>
 
-#include "session/Twips.h"
+#include "widgets/Twips.h"
 
 namespace tavrelle {
 

@@ -1,4 +1,4 @@
-#include "population/frmSheetDialog.h"
+#include "population/screens/frmSheetDialog.h"
 
 #include <QGridLayout>
 #include <QLabel>

@@ -1,4 +1,4 @@
-#include "nulls/frmGenotypes.h"
+#include "nulls/screens/frmGenotypes.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -8,7 +8,7 @@
 
 #include "nulls/GenotypeListText.h"
 #include "nulls/NullAlleleEstimates.h"
-#include "session/ShownText.h"
+#include "widgets/ShownText.h"
 
 namespace tavrelle {
 

@@ -1,4 +1,4 @@
-#include "results/GraphPainter.h"
+#include "results/screens/GraphPainter.h"
 
 #include <QPainter>
 #include <algorithm>

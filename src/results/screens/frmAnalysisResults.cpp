@@ -1,4 +1,4 @@
-#include "results/frmAnalysisResults.h"
+#include "results/screens/frmAnalysisResults.h"
 
 #include <QFrame>
 #include <QGridLayout>

@@ -1,0 +1,47 @@
+# The layer check: reads every #include under SOURCE_DIR/src and fails when one crosses the line
+# that cmake/Layers.cmake draws:
+#   - the engine includes no Qt header and nothing from screens, widgets, session or batch;
+#   - nothing outside batch/ includes batch/;
+#   - screens and widgets never include session/.
+# Run with -DSOURCE_DIR=<tree> [-DRULES=<cmake/Layers.cmake>].
+cmake_minimum_required(VERSION 3.25)
+if(NOT RULES)
+    set(RULES ${CMAKE_CURRENT_LIST_DIR}/../cmake/Layers.cmake)
+endif()
+include(${RULES})
+
+tavrelle_layer_sources(${SOURCE_DIR} sources engine screens widgets session batch)
+set(offences "")
+foreach(source IN LISTS sources)
+    file(RELATIVE_PATH relative ${SOURCE_DIR}/src ${source})
+    tavrelle_layer_of(${relative} layer)
+    file(STRINGS ${source} includes REGEX "^[ \t]*#[ \t]*include[ \t]*[<\"]")
+    foreach(line IN LISTS includes)
+        string(REGEX REPLACE "^[ \t]*#[ \t]*include[ \t]*[<\"]([^>\"]*)[>\"].*$" "\\1" header
+                             "${line}")
+        set(why "")
+        if(line MATCHES "<")
+            if(layer STREQUAL "engine" AND header MATCHES "^(Q|qt)")
+                set(why "the engine includes a Qt header")
+            endif()
+        else()
+            tavrelle_layer_of(${header} target)
+            if(layer STREQUAL "engine" AND NOT target STREQUAL "engine")
+                set(why "the engine includes a file of ${target}")
+            elseif(target STREQUAL "batch" AND NOT layer STREQUAL "batch")
+                set(why "only the batch program includes batch/")
+            elseif(target STREQUAL "session" AND layer MATCHES "^(screens|widgets)$")
+                set(why "a screen or widget includes session/")
+            endif()
+        endif()
+        if(why)
+            list(APPEND offences "  src/${relative}: #include ${header}: ${why}\n")
+        endif()
+    endforeach()
+endforeach()
+if(offences)
+    string(REPLACE ";" "" offences "${offences}")
+    message(FATAL_ERROR "Includes that cross a layer line:\n${offences}")
+endif()
+list(LENGTH sources count)
+message(STATUS "The includes of ${count} files keep to the layers.")
