@@ -38,7 +38,8 @@ void DrawNumbersAlone(benchmark::State& state) {
         RandomNumGen generator;
         generator.SetSeedValue(12345);
         std::uint32_t sink = 0;
-        for (std::int64_t i = 0; i < draws; ++i) sink ^= generator.GeneratedKey();
+        for (std::int64_t i = 0; i < draws; ++i)
+            sink ^= generator.GeneratedKey();
         benchmark::DoNotOptimize(sink);
     }
     state.counters["draws"] = static_cast<double>(draws);
@@ -61,8 +62,12 @@ void Run(benchmark::State& state, bool threaded) {
     }
 }
 
-void RunOneThread(benchmark::State& state) { Run(state, false); }
-void RunDrawingOnASecondThread(benchmark::State& state) { Run(state, true); }
+void RunOneThread(benchmark::State& state) {
+    Run(state, false);
+}
+void RunDrawingOnASecondThread(benchmark::State& state) {
+    Run(state, true);
+}
 
 BENCHMARK(DrawNumbersAlone)->Unit(benchmark::kSecond)->Iterations(2);
 BENCHMARK(RunOneThread)->Unit(benchmark::kSecond)->Iterations(2);

@@ -11,7 +11,9 @@ namespace tavrelle {
 
 namespace {
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
 
 // Returns the numeric body without blanks and sign, and whether it was negative; nothing when the
 // text does not have the numeric form.
@@ -29,24 +31,26 @@ std::optional<NumericParts> SplitNumeric(std::string_view text) {
     }
     std::size_t i = 0;
     std::size_t mantissaDigits = 0;
-    while (i < t.size() && IsDigit(t[i])) ++i, ++mantissaDigits;
+    while (i < t.size() && IsDigit(t[i]))
+        ++i, ++mantissaDigits;
     if (i < t.size() && t[i] == '.') {
         ++i;
-        while (i < t.size() && IsDigit(t[i])) ++i, ++mantissaDigits;
+        while (i < t.size() && IsDigit(t[i]))
+            ++i, ++mantissaDigits;
     }
     if (mantissaDigits == 0) return std::nullopt;
     if (i < t.size() && (t[i] == 'e' || t[i] == 'E')) {
         ++i;
         if (i < t.size() && (t[i] == '+' || t[i] == '-')) ++i;
         std::size_t exponentDigits = 0;
-        while (i < t.size() && IsDigit(t[i])) ++i, ++exponentDigits;
+        while (i < t.size() && IsDigit(t[i]))
+            ++i, ++exponentDigits;
         if (exponentDigits == 0) return std::nullopt;
     }
     if (i != t.size()) return std::nullopt;
     parts.body = t;
     return parts;
 }
-
 
 // from_chars reports both overflow and underflow as out of range; the magnitude tells which.
 bool OverflowsDouble(std::string_view body) {
@@ -66,7 +70,8 @@ bool OverflowsDouble(std::string_view body) {
         if (!exponent.empty() && (exponent.front() == '+' || exponent.front() == '-'))
             exponent.remove_prefix(1);
         long long e = 0;
-        for (char c : exponent) e = std::min(e * 10 + (c - '0'), 1000000LL);
+        for (char c : exponent)
+            e = std::min(e * 10 + (c - '0'), 1000000LL);
         magnitude += negative ? -e : e;
     }
     return magnitude > 0;
@@ -74,7 +79,9 @@ bool OverflowsDouble(std::string_view body) {
 
 }  // namespace
 
-bool IsNumeric(std::string_view text) { return SplitNumeric(text).has_value(); }
+bool IsNumeric(std::string_view text) {
+    return SplitNumeric(text).has_value();
+}
 
 std::optional<double> NumericValue(std::string_view text) {
     auto parts = SplitNumeric(text);
@@ -138,8 +145,8 @@ std::string DefaultText(double value) {
     if (std::isnan(value)) return "NaN";
     if (std::isinf(value)) return value > 0 ? "Infinity" : "-Infinity";
     std::array<char, 400> buffer{};
-    auto [end, ec] =
-        std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed);
+    auto [end, ec] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                   std::chars_format::fixed);
     if (ec != std::errc()) return "0";
     return std::string(buffer.data(), end);
 }
@@ -153,7 +160,8 @@ std::string_view TrimBlanks(std::string_view text) {
 
 std::string UpperCase(std::string_view text) {
     std::string upper(text);
-    for (char& c : upper) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    for (char& c : upper)
+        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
     return upper;
 }
 

@@ -8,7 +8,9 @@ namespace tavrelle {
 
 namespace {
 
-[[noreturn]] void Refuse(const std::string& message) { throw std::invalid_argument(message); }
+[[noreturn]] void Refuse(const std::string& message) {
+    throw std::invalid_argument(message);
+}
 
 // A whole number as the program's own boxes test one.
 std::int32_t WholeNumber(const std::string& option, const std::string& text) {
@@ -37,7 +39,8 @@ void AddPopulations(const std::string& text, std::vector<int>& populations) {
             dash == std::string::npos ? first : WholeNumber("--population", item.substr(dash + 1));
         if (first < 1 || last < first || last > 32767)
             Refuse("--population: '" + item + "' is no population number or range (from 1).");
-        for (std::int32_t p = first; p <= last; ++p) populations.push_back(p);
+        for (std::int32_t p = first; p <= last; ++p)
+            populations.push_back(p);
         if (comma == std::string::npos) break;
         start = comma + 1;
     }
@@ -102,16 +105,22 @@ BatchOptions ParseBatchOptions(const std::vector<std::string>& arguments) {
             if (!whole) Refuse("--randomisations: Please enter an integer value.");
             std::int32_t count = TextToInt32(text);
             if (count < 1000 || count > 10000)
-                Refuse("--randomisations: The number of randomisations entered is outside normal "
-                       "values (1000 to 10000).");
+                Refuse(
+                    "--randomisations: The number of randomisations entered is outside normal "
+                    "values (1000 to 10000).");
             options.randomisations = static_cast<Int16>(count);
         } else if (argument == "--confidence") {
             const std::string& text = value();
-            if (text == "95" || text == "95%") options.confidenceCode = 0;
-            else if (text == "99" || text == "99%") options.confidenceCode = 1;
-            else if (text == "100" || text == "100%" || text == "range") options.confidenceCode = 2;
-            else if (UpperCase(text) == "BONFERRONI") options.confidenceCode = 3;
-            else Refuse("--confidence: choose 95, 99, 100 or bonferroni (got '" + text + "').");
+            if (text == "95" || text == "95%")
+                options.confidenceCode = 0;
+            else if (text == "99" || text == "99%")
+                options.confidenceCode = 1;
+            else if (text == "100" || text == "100%" || text == "range")
+                options.confidenceCode = 2;
+            else if (UpperCase(text) == "BONFERRONI")
+                options.confidenceCode = 3;
+            else
+                Refuse("--confidence: choose 95, 99, 100 or bonferroni (got '" + text + "').");
         } else if (argument == "--repeat") {
             const std::string& text = value();
             std::size_t equals = text.rfind('=');
@@ -124,10 +133,14 @@ BatchOptions ParseBatchOptions(const std::vector<std::string>& arguments) {
             options.maxAlleleSize = value();
         } else if (argument == "--on-suspect") {
             const std::string& text = value();
-            if (text == "stop") options.onSuspect = SuspectPolicy::Stop;
-            else if (text == "omit") options.onSuspect = SuspectPolicy::Omit;
-            else if (text == "proceed") options.onSuspect = SuspectPolicy::Proceed;
-            else Refuse("--on-suspect: choose stop, omit or proceed (got '" + text + "').");
+            if (text == "stop")
+                options.onSuspect = SuspectPolicy::Stop;
+            else if (text == "omit")
+                options.onSuspect = SuspectPolicy::Omit;
+            else if (text == "proceed")
+                options.onSuspect = SuspectPolicy::Proceed;
+            else
+                Refuse("--on-suspect: choose stop, omit or proceed (got '" + text + "').");
         } else if (argument == "--json") {
             options.jsonFile = value();
         } else if (argument == "--csv") {

@@ -12,8 +12,11 @@ namespace {
 std::size_t Utf8Length(std::string_view text) {
     auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
     unsigned char lead = byte(0);
-    std::size_t length = lead < 0x80 ? 1 : (lead >> 5) == 0x6 ? 2 : (lead >> 4) == 0xE ? 3
-                                       : (lead >> 3) == 0x1E ? 4 : 0;
+    std::size_t length = lead < 0x80           ? 1
+                         : (lead >> 5) == 0x6  ? 2
+                         : (lead >> 4) == 0xE  ? 3
+                         : (lead >> 3) == 0x1E ? 4
+                                               : 0;
     if (length == 0 || length > text.size()) return 0;
     for (std::size_t i = 1; i < length; ++i)
         if ((byte(i) & 0xC0) != 0x80) return 0;
@@ -113,12 +116,28 @@ void JsonWriter::Escaped(std::string_view text) {
     for (std::size_t i = 0; i < text.size();) {
         char c = text[i];
         switch (c) {
-            case '"': out_ += "\\\""; ++i; continue;
-            case '\\': out_ += "\\\\"; ++i; continue;
-            case '\r': out_ += "\\r"; ++i; continue;
-            case '\n': out_ += "\\n"; ++i; continue;
-            case '\t': out_ += "\\t"; ++i; continue;
-            default: break;
+            case '"':
+                out_ += "\\\"";
+                ++i;
+                continue;
+            case '\\':
+                out_ += "\\\\";
+                ++i;
+                continue;
+            case '\r':
+                out_ += "\\r";
+                ++i;
+                continue;
+            case '\n':
+                out_ += "\\n";
+                ++i;
+                continue;
+            case '\t':
+                out_ += "\\t";
+                ++i;
+                continue;
+            default:
+                break;
         }
         auto byte = static_cast<unsigned char>(c);
         if (byte < 0x20) {

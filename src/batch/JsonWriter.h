@@ -30,7 +30,8 @@ public:
     template <class Range>
     void NumberArray(const Range& values) {
         BeginArray(true);
-        for (const auto& value : values) Number(static_cast<double>(value));
+        for (const auto& value : values)
+            Number(static_cast<double>(value));
         EndArray();
     }
 

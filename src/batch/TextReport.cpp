@@ -1,7 +1,7 @@
 #include <sstream>
 
-#include "base/Version.h"
 #include "base/Numbers.h"
+#include "base/Version.h"
 #include "batch/BatchReport.h"
 
 namespace tavrelle {

@@ -7,12 +7,15 @@
 namespace tavrelle {
 
 namespace {
-ProgramError CellTooLong() { return {3421, "A cell holds at most 255 characters."}; }
+ProgramError CellTooLong() {
+    return {3421, "A cell holds at most 255 characters."};
+}
 }  // namespace
 
 void Table::AppendColumn(std::string name) {
     columnNames_.push_back(std::move(name));
-    for (Row& row : rows_) row.cells.emplace_back();
+    for (Row& row : rows_)
+        row.cells.emplace_back();
 }
 
 const std::string& Table::ColumnName(int column) const {
@@ -25,7 +28,9 @@ void Table::AddNew() {
     position_ = RecordCount() - 1;
 }
 
-void Table::Delete() { rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(RowIndex(position_))); }
+void Table::Delete() {
+    rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(RowIndex(position_)));
+}
 
 void Table::Move(std::int64_t n) {
     std::int64_t target = position_ + n;
@@ -33,7 +38,9 @@ void Table::Move(std::int64_t n) {
     position_ = target;
 }
 
-Table::Bookmark Table::GetBookmark() const { return CurrentRow().id; }
+Table::Bookmark Table::GetBookmark() const {
+    return CurrentRow().id;
+}
 
 void Table::SetBookmark(Bookmark bookmark) {
     // Ids grow with every appended row, so the rows stay ordered by id.
@@ -48,7 +55,9 @@ const std::string& Table::Field(int column) const {
     return row.cells[ColumnIndex(row, column)];
 }
 
-void Table::SetField(int column, std::string text) { SetCell(position_, column, std::move(text)); }
+void Table::SetField(int column, std::string text) {
+    SetCell(position_, column, std::move(text));
+}
 
 const std::string& Table::Cell(std::int64_t row, int column) const {
     const Row& r = rows_[RowIndex(row)];
@@ -61,8 +70,12 @@ void Table::SetCell(std::int64_t row, int column, std::string text) {
     r.cells[ColumnIndex(r, column)] = std::move(text);
 }
 
-const Table::Row& Table::CurrentRow() const { return rows_[RowIndex(position_)]; }
-Table::Row& Table::CurrentRow() { return rows_[RowIndex(position_)]; }
+const Table::Row& Table::CurrentRow() const {
+    return rows_[RowIndex(position_)];
+}
+Table::Row& Table::CurrentRow() {
+    return rows_[RowIndex(position_)];
+}
 
 std::size_t Table::RowIndex(std::int64_t row) const {
     if (row < 0 || row >= RecordCount()) throw ProgramError::NoCurrentRecord();

@@ -13,9 +13,9 @@
 #include "checking/CheckFlags.h"
 #include "checking/SuspectCells.h"
 #include "session/AlleleGridModel.h"
-#include "widgets/Interaction.h"
 #include "session/ScreenStates.h"
 #include "session/Session.h"
+#include "widgets/Interaction.h"
 
 class QAction;
 class QComboBox;

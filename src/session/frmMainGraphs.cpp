@@ -5,9 +5,9 @@
 #include <QPlainTextEdit>
 
 #include "results/screens/frmDrawGraph.h"
+#include "session/frmMain.h"
 #include "widgets/ShownText.h"
 #include "widgets/Twips.h"
-#include "session/frmMain.h"
 
 namespace tavrelle {
 

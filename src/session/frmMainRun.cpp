@@ -16,9 +16,9 @@
 #include "nulls/screens/frmGenotypes.h"
 #include "nulls/screens/frmNullAllele.h"
 #include "session/GridView.h"
+#include "session/frmMain.h"
 #include "widgets/ShownText.h"
 #include "widgets/Twips.h"
-#include "session/frmMain.h"
 
 namespace tavrelle {
 

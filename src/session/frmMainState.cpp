@@ -16,8 +16,8 @@
 
 #include "population/GenepopWriter.h"
 #include "session/GridView.h"
-#include "widgets/Twips.h"
 #include "session/frmMain.h"
+#include "widgets/Twips.h"
 
 namespace tavrelle {
 

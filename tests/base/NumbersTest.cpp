@@ -6,11 +6,11 @@ namespace tavrelle {
 namespace {
 
 TEST(NumericText, AcceptsSignsDecimalsExponentsAndBlanks) {
-    for (const char* text : {"1", " 12 ", "+5", "-5", "1.5", "1.", ".5", "1e3", "1E+3", "2e-3",
-                             "  -0.25e2  ", "098"})
+    for (const char* text :
+         {"1", " 12 ", "+5", "-5", "1.5", "1.", ".5", "1e3", "1E+3", "2e-3", "  -0.25e2  ", "098"})
         EXPECT_TRUE(IsNumeric(text)) << text;
-    for (const char* text : {"", " ", ".", "e3", "1e", "1,000", "1 000", "0x10", "\t1", "1-",
-                             "--1", "abc", "1.2.3", "+"})
+    for (const char* text : {"", " ", ".", "e3", "1e", "1,000", "1 000", "0x10", "\t1", "1-", "--1",
+                             "abc", "1.2.3", "+"})
         EXPECT_FALSE(IsNumeric(text)) << text;
     EXPECT_EQ(NumericValue("1e3"), 1000.0);
     EXPECT_EQ(NumericValue(" -0.25e2 "), -25.0);

@@ -13,8 +13,8 @@
 #include "analysis/screens/frmSeedDialog.h"
 #include "results/screens/frmAnalysisResults.h"
 #include "results/screens/frmUserInfo.h"
-#include "widgets/Twips.h"
 #include "tests/gui/Screenshot.h"
+#include "widgets/Twips.h"
 
 namespace tavrelle {
 namespace {

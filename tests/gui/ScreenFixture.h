@@ -15,9 +15,9 @@
 #include <fstream>
 
 #include "session/GridView.h"
-#include "widgets/ShownText.h"
 #include "session/frmMain.h"
 #include "tests/gui/ScriptedInteraction.h"
+#include "widgets/ShownText.h"
 
 namespace tavrelle {
 

@@ -10,7 +10,8 @@ GraphModel Graph(GraphModel::Kind kind) {
     RoundMatrix rounds(3, 4);
     const Int16 counts[3][4] = {{0, 0, 0, 0}, {0, 1, 2, 3}, {1, 1, 1, 1}};
     for (int c = 0; c < 3; ++c)
-        for (int r = 0; r < 4; ++r) rounds.Class(c)[static_cast<std::size_t>(r)] = counts[c][r];
+        for (int r = 0; r < 4; ++r)
+            rounds.Class(c)[static_cast<std::size_t>(r)] = counts[c][r];
     return GraphModel(kind, "North ", "L7", 120, {0, 5, 1}, rounds, {0, 1.5, 1});
 }
 

@@ -30,8 +30,8 @@ struct Json {
 
 private:
     static void SkipBlanks(std::string_view text, std::size_t& at) {
-        while (at < text.size() && (text[at] == ' ' || text[at] == '\n' || text[at] == '\r' ||
-                                    text[at] == '\t'))
+        while (at < text.size() &&
+               (text[at] == ' ' || text[at] == '\n' || text[at] == '\r' || text[at] == '\t'))
             ++at;
     }
     static void Expect(std::string_view text, std::size_t& at, std::string_view word) {
@@ -49,9 +49,15 @@ private:
             }
             char e = text.at(at++);
             switch (e) {
-                case 'n': out += '\n'; break;
-                case 'r': out += '\r'; break;
-                case 't': out += '\t'; break;
+                case 'n':
+                    out += '\n';
+                    break;
+                case 'r':
+                    out += '\r';
+                    break;
+                case 't':
+                    out += '\t';
+                    break;
                 case 'u': {
                     unsigned code = 0;
                     std::from_chars(text.data() + at, text.data() + at + 4, code, 16);
@@ -59,7 +65,8 @@ private:
                     out += static_cast<char>(code);  // the reports escape single bytes only
                     break;
                 }
-                default: out += e;
+                default:
+                    out += e;
             }
         }
         Expect(text, at, "\"");
@@ -135,7 +142,8 @@ inline std::string FirstDifference(const Json& expected, const Json& actual,
     }
     auto scalarEqual = [](const Json& x, const Json& y) {
         if (auto* d = std::get_if<double>(&x.value)) return *d == std::get<double>(y.value);
-        if (auto* s = std::get_if<std::string>(&x.value)) return *s == std::get<std::string>(y.value);
+        if (auto* s = std::get_if<std::string>(&x.value))
+            return *s == std::get<std::string>(y.value);
         if (auto* b = std::get_if<bool>(&x.value)) return *b == std::get<bool>(y.value);
         return true;
     };

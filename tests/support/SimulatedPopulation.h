@@ -14,7 +14,8 @@ inline Table SimulatedPopulationTable(const simulate::SimulatedData& data,
                                       std::size_t population = 0) {
     Table table;
     const int columns = static_cast<int>(data.loci.size()) * 2 + 2;
-    for (int c = 1; c <= columns; ++c) table.AppendColumn("Col_" + std::to_string(c));
+    for (int c = 1; c <= columns; ++c)
+        table.AppendColumn("Col_" + std::to_string(c));
     table.AddNew();
     table.SetField(1, "Population");
     for (int c = 2; c < columns; c += 2) {

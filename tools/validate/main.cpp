@@ -69,7 +69,8 @@ Tally RunSetting(double nullFrequency, int samples, int replicates, const std::s
             ++tally.failed;
             continue;
         }
-        for (const LocusResult& locus : analysis.Loci()) tally.Add(locus);
+        for (const LocusResult& locus : analysis.Loci())
+            tally.Add(locus);
     }
     return tally;
 }
@@ -89,28 +90,30 @@ int main(int argc, char** argv) {
     };
     std::vector<Setting> settings;
     for (double f : frequencies)
-        for (int n : sizes) settings.push_back({f, n, {}});
+        for (int n : sizes)
+            settings.push_back({f, n, {}});
     std::vector<std::thread> workers;
     const unsigned threads = std::max(1U, std::thread::hardware_concurrency());
     for (unsigned w = 0; w < threads; ++w) {
         workers.emplace_back([&, w] {
             for (std::size_t i = w; i < settings.size(); i += threads)
-                settings[i].tally = RunSetting(settings[i].frequency, settings[i].samples,
-                                               replicates, tables);
+                settings[i].tally =
+                    RunSetting(settings[i].frequency, settings[i].samples, replicates, tables);
         });
     }
-    for (std::thread& t : workers) t.join();
+    for (std::thread& t : workers)
+        t.join();
 
-    std::printf("| null frequency | samples | loci | Velmaret | Chakraborty | Brookfield 1 | "
-                "Brookfield 2 | called \"yes\" |\n");
+    std::printf(
+        "| null frequency | samples | loci | Velmaret | Chakraborty | Brookfield 1 | "
+        "Brookfield 2 | called \"yes\" |\n");
     std::printf("|---:|---:|---:|---:|---:|---:|---:|---:|\n");
     for (const Setting& s : settings) {
         std::printf("| %.1f | %d | %d |", s.frequency, s.samples, s.tally.loci);
         for (std::size_t m = 0; m < 4; ++m)
             std::printf(" %.3f (%.3f) |", s.tally.Mean(m), s.tally.Spread(m));
         std::printf(" %.1f%% |\n", 100.0 * s.tally.yes / std::max(1, s.tally.loci));
-        if (s.tally.failed > 0)
-            std::printf("|  | %d populations not analysed |\n", s.tally.failed);
+        if (s.tally.failed > 0) std::printf("|  | %d populations not analysed |\n", s.tally.failed);
     }
     return 0;
 }
