@@ -7,10 +7,9 @@
 #include <vector>
 
 #include "base/Int16.h"
+#include "nulls/StudySettings.h"
 
 namespace tavrelle {
-
-enum class SuspectPolicy { Stop, Omit, Proceed };
 
 struct BatchOptions {
     std::string file;  // Genepop, .xls or .xlsx, told by its name's ending

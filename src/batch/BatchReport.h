@@ -6,32 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "analysis/AlleleAnalysis.h"
-#include "base/Prompter.h"
+#include "nulls/PopulationResult.h"
 
 namespace tavrelle {
-
-// One suspect cell as the check's report shows it: row 1 is the first sample, column 3 the first
-// allele column.
-struct SuspectEntry {
-    std::string value;
-    std::int64_t row = 0;
-    int column = 0;
-};
-
-struct PopulationReport {
-    int number = 0;  // 1-based, file order
-    std::string name;
-    std::int64_t samples = 0;
-    std::vector<SuspectEntry> nonInteger;
-    std::vector<SuspectEntry> unexpected;
-    std::vector<SuspectEntry> inconsistent;
-    std::string action = "none";    // none, omit, proceed or stop
-    std::vector<Message> messages;  // every box the desktop program would have shown
-    std::optional<std::string> error;
-    std::string errorLocus;                    // the locus the run had in hand when it failed
-    std::unique_ptr<AlleleAnalysis> analysis;  // absent when no run took place
-};
 
 struct BatchReport {
     std::string file;
@@ -41,7 +18,7 @@ struct BatchReport {
     Int16 randomisations = 1000;
     Int16 confidenceCode = 0;
     Int16 maxAlleleSize = 350;  // as the check leaves it
-    std::vector<PopulationReport> populations;
+    std::vector<PopulationResult> populations;
 };
 
 // The JSON report other programs read; its field names are a contract.

@@ -1,19 +1,15 @@
 #include "batch/BatchRun.h"
 
-#include <atomic>
 #include <stdexcept>
-#include <thread>
 
 #include "analysis/ClockSeed.h"
 #include "base/Numbers.h"
-#include "checking/PopulationCheck.h"
-#include "checking/SuspectValues.h"
+#include "nulls/StudyRun.h"
 #include "population/ExcelTexts.h"
 #include "population/ExcelWorkbookWriter.h"
 #include "population/FileKind.h"
 #include "population/GenepopWriter.h"
 #include "population/InputDataSource.h"
-#include "population/PopulationName.h"
 
 namespace tavrelle {
 
@@ -23,11 +19,6 @@ const char* const kGenepopRefusal =
     "The requested Genepop file is not in the required format.\nPlease ensure that the data in "
     "the Genepop file are in the format shown below with a three-digit size per allele (six "
     "digits per locus).";
-
-struct LoadedPopulation {
-    int number;
-    Table table;
-};
 
 // Records what the load shows, and answers the all-numeric names question as the options say;
 // every other box gets the answer that lets work go on without repeating anything.
@@ -100,111 +91,14 @@ struct LoadedStore {
     std::unique_ptr<InputDataSource> store;
 };
 
-std::vector<SuspectEntry> Entries(const Table& table, const std::vector<CellPosition>& cells) {
-    std::vector<SuspectEntry> entries;
-    for (const CellPosition& cell : cells)
-        entries.push_back({table.Cell(cell.row, cell.column), cell.row - 1, cell.column + 1});
-    return entries;
-}
-
-std::vector<Int16> RepeatCodes(const BatchOptions& options, const Table& table) {
-    std::vector<Int16> codes;
-    for (int column = 2; column + 1 < table.ColumnCount(); column += 2) {
-        auto named = options.repeatByLocus.find(table.Cell(1, column));
-        codes.push_back(named != options.repeatByLocus.end() ? named->second
-                                                             : options.repeatForAll.value_or(0));
-    }
-    return codes;
-}
-
-std::string RunTimeError(const ProgramError& error) {
-    return "Run-time error '" + std::to_string(error.Number()) + "':\r\n\r\n" + error.Description();
-}
-
-// The Analyse command on one population: check, the choice about suspect values, the run.
-PopulationReport AnalysePopulation(LoadedPopulation& population, const BatchOptions& options,
-                                   std::int32_t seed, const std::filesystem::path& tableFolder,
-                                   bool threaded, bool isExcel) {
-    PopulationReport report;
-    report.number = population.number;
-    Table& table = population.table;
-    report.name = ShowPopulationName(table);
-    report.samples = table.RecordCount() - 2;
-    RecordingPrompter prompter;
-    try {
-        const std::vector<Int16> repeatCodes = RepeatCodes(options, table);
-        CheckFlags flags;
-        flags.AnalyseInProgress = true;
-        SuspectCells cells;
-        CheckOutcome outcome =
-            ValidatePopulation(table, repeatCodes, options.maxAlleleSize, flags, cells, prompter);
-        report.nonInteger = Entries(table, cells.NonIntegerCells);
-        report.unexpected = Entries(table, cells.UnexpectedCells);
-        report.inconsistent = Entries(table, cells.InconsistentCells);
-        if (!flags.CheckClean) {
-            switch (options.onSuspect) {
-                case SuspectPolicy::Stop:
-                    report.action = "stop";
-                    ApplyErrorDialogChoice(ErrorDialogChoice::Correct, table, cells, flags);
-                    break;
-                case SuspectPolicy::Omit:
-                    report.action = "omit";
-                    ApplyErrorDialogChoice(ErrorDialogChoice::Omit, table, cells, flags);
-                    break;
-                case SuspectPolicy::Proceed:
-                    report.action = "proceed";
-                    ApplyErrorDialogChoice(ErrorDialogChoice::Proceed, table, cells, flags);
-                    break;
-            }
-        }
-        if (flags.AbandonRun || !flags.CheckOk) {
-            if (outcome.ending == CheckEnding::MotifMissing)
-                report.error = "Please select a Repeat Motif for all Loci";
-            else if (outcome.ending == CheckEnding::InsufficientData)
-                report.error = "Insufficient data to perform analysis";
-            else
-                report.error =
-                    "Suspect values were found and the population was not analysed "
-                    "(--on-suspect stop).";
-        } else {
-            RunSettings settings;
-            settings.seed = seed;
-            settings.randomisations = options.randomisations;
-            settings.confidenceCode = options.confidenceCode;
-            settings.repeatCodes = repeatCodes;
-            settings.tableFolder = tableFolder;
-            settings.threaded = threaded;
-            settings.isExcel = isExcel;
-            RunHooks hooks;
-            hooks.prompter = &prompter;
-            report.analysis = std::make_unique<AlleleAnalysis>(table, settings, hooks);
-            if (report.analysis->RunError()) {
-                report.error = RunTimeError(*report.analysis->RunError());
-                report.errorLocus = report.analysis->ErrorLocus();
-            } else if (!report.analysis->StopMessage().empty())
-                report.error = report.analysis->StopMessage();
-        }
-    } catch (const ProgramError& error) {
-        report.error = RunTimeError(error);
-    }
-    report.messages = prompter.messages;
-    return report;
-}
-
 }  // namespace
 
 BatchReport RunBatch(const BatchOptions& options, const std::filesystem::path& tableFolder) {
     LoadedStore loaded(options);
     InputDataSource& store = *loaded.store;
-    const bool isExcel = IsExcelKind(loaded.kind);
 
-    std::vector<LoadedPopulation> all;
-    all.push_back({1, store.rsAlleleData});
-    while (store.IsAnotherPop()) {
-        store.NextPopulation();
-        all.push_back({store.CurrentPopulation(), store.rsAlleleData});
-    }
-    std::vector<LoadedPopulation> chosen;
+    std::vector<StudyPopulation> all = StudyPopulations(store);
+    std::vector<StudyPopulation> chosen;
     if (options.populations.empty()) {
         chosen = std::move(all);
     } else {
@@ -231,26 +125,24 @@ BatchReport RunBatch(const BatchOptions& options, const std::filesystem::path& t
     } catch (const ProgramError&) {
         report.maxAlleleSize = 0;
     }
-    report.populations.resize(chosen.size());
 
-    const std::size_t threads = options.threads > 0
-                                    ? static_cast<std::size_t>(options.threads)
-                                    : std::max(1U, std::thread::hardware_concurrency());
-    const std::size_t workers = std::min(threads, chosen.size());
-    // One population alone draws its random numbers on a second thread instead.
-    const bool threaded = workers <= 1 && threads > 1;
-    std::atomic<std::size_t> next{0};
-    auto work = [&] {
-        for (std::size_t i = next++; i < chosen.size(); i = next++)
-            report.populations[i] =
-                AnalysePopulation(chosen[i], options, report.seed, tableFolder, threaded, isExcel);
-    };
-    std::vector<std::thread> pool;
-    for (std::size_t w = 1; w < workers; ++w)
-        pool.emplace_back(work);
-    work();
-    for (std::thread& t : pool)
-        t.join();
+    StudySettings settings;
+    settings.seed = report.seed;
+    settings.randomisations = options.randomisations;
+    settings.confidenceCode = options.confidenceCode;
+    settings.repeatForAll = options.repeatForAll;
+    settings.repeatByLocus = options.repeatByLocus;
+    settings.maxAlleleSize = options.maxAlleleSize;
+    settings.onSuspect = options.onSuspect;
+    settings.tableFolder = tableFolder;
+    settings.isExcel = IsExcelKind(loaded.kind);
+    settings.threads = options.threads;
+    RunStudy(chosen, settings, [&](PopulationResult&& population) {
+        if (population.action == "stop" && population.error &&
+            population.error->starts_with("Suspect values"))
+            population.error->insert(population.error->size() - 1, " (--on-suspect stop)");
+        report.populations.push_back(std::move(population));
+    });
     return report;
 }
 

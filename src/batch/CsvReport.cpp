@@ -36,7 +36,7 @@ std::string CsvReport(const BatchReport& report) {
            "observed_homozygotes,expected_homozygotes,homozygote_excess,class_wide_excess,"
            "one_repeat_deficit,upper_class_excess,lower_class_excess,large_differences_scarce,"
            "null_present,velmaret,chakraborty,brookfield1,brookfield2\n";
-    for (const PopulationReport& p : report.populations) {
+    for (const PopulationResult& p : report.populations) {
         if (!p.analysis) continue;
         for (const LocusResult& l : p.analysis->Loci()) {
             const BinomialOutcome& b = l.binomial;

@@ -145,7 +145,7 @@ void WriteLocus(JsonWriter& json, const LocusResult& locus, bool withGenotypes) 
     json.EndObject();
 }
 
-void WritePopulation(JsonWriter& json, const PopulationReport& population) {
+void WritePopulation(JsonWriter& json, const PopulationResult& population) {
     json.BeginObject();
     json.Key("number");
     json.Integer(population.number);
@@ -218,7 +218,7 @@ std::string JsonReport(const BatchReport& report) {
     json.Integer(report.maxAlleleSize);
     json.Key("populations");
     json.BeginArray();
-    for (const PopulationReport& population : report.populations)
+    for (const PopulationResult& population : report.populations)
         WritePopulation(json, population);
     json.EndArray();
     json.EndObject();

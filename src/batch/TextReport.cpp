@@ -96,7 +96,7 @@ std::string TextReport(const BatchReport& report) {
         << "Randomisations: " << report.randomisations << "\n"
         << "Confidence interval: " << kConfidenceNames[report.confidenceCode] << "\n"
         << "Maximum allele size: " << report.maxAlleleSize << "\n";
-    for (const PopulationReport& p : report.populations) {
+    for (const PopulationResult& p : report.populations) {
         out << "\nPopulation " << p.number << ": " << p.name << " (" << p.samples << " samples)\n";
         WriteSuspects(out, "Non-integer values", p.nonInteger);
         WriteSuspects(out, "Unexpected values", p.unexpected);

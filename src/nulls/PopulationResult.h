@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "analysis/AlleleAnalysis.h"
+#include "base/Prompter.h"
+#include "population/Table.h"
+
+namespace tavrelle {
+
+// One suspect cell as the check's report shows it: row 1 is the first sample, column 3 the first
+// allele column.
+struct SuspectEntry {
+    std::string value;
+    std::int64_t row = 0;
+    int column = 0;
+};
+
+// One population of a study, as the store holds it.
+struct StudyPopulation {
+    int number = 0;  // 1-based, file order
+    Table table;
+};
+
+// What the Analyse command gives for one population: the check's findings, what was done with
+// them, and the run, or why there was none.
+struct PopulationResult {
+    int number = 0;  // 1-based, file order
+    std::string name;
+    std::int64_t samples = 0;
+    std::vector<SuspectEntry> nonInteger;
+    std::vector<SuspectEntry> unexpected;
+    std::vector<SuspectEntry> inconsistent;
+    std::string action = "none";    // none, omit, proceed or stop
+    std::vector<Message> messages;  // every box the desktop program would have shown
+    std::optional<std::string> error;
+    std::string errorLocus;                    // the locus the run had in hand when it failed
+    std::unique_ptr<AlleleAnalysis> analysis;  // absent when no run took place
+
+    bool Analysed() const { return !error.has_value(); }
+    // Suspect values besides missing alleles ("0"), which every real data set has.
+    std::size_t SuspectCount() const;
+};
+
+}  // namespace tavrelle

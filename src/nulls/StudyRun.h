@@ -1,0 +1,35 @@
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <vector>
+
+#include "nulls/PopulationResult.h"
+#include "nulls/StudySettings.h"
+
+namespace tavrelle {
+
+class InputDataSource;
+
+// Every population of a loaded store, in file order; the store's current population is left at
+// the last one.
+std::vector<StudyPopulation> StudyPopulations(InputDataSource& store);
+
+// The Analyse command on one population with nobody at the dialogs: the check, the choice about
+// suspect values that the settings make, and the run with a fresh generator from the seed.
+// `threaded` draws the random numbers on a second thread.
+PopulationResult AnalyseStudyPopulation(StudyPopulation& population,
+                                        const StudySettings& settings, bool threaded);
+
+// The CPUs this process may run on (its affinity), at least 1.
+int AvailableCpuCount();
+
+// Analyses the populations in parallel, each on its own, and hands each result to `deliver` in
+// file order as soon as it and those before it are done, so that a caller that writes and drops
+// them keeps only a few in memory. `deliver` runs on the calling thread. When `cancel` becomes
+// true no new population starts; those under way finish and are delivered, and the rest are not.
+void RunStudy(std::vector<StudyPopulation>& populations, const StudySettings& settings,
+              const std::function<void(PopulationResult&&)>& deliver,
+              const std::atomic<bool>* cancel = nullptr);
+
+}  // namespace tavrelle
