@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# CPack's .deb from the build tree: its file list holds the programs under /usr/bin and their
+# files under /usr/share/tavrelle, and apt can satisfy its dependencies from Debian 12.
+#
+# Usage: deb.sh BUILD_FOLDER
+set -euo pipefail
+build=$(cd "$1" && pwd)
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+fail() {
+    echo "deb: $*" >&2
+    exit 1
+}
+
+cpack --config "$build/CPackConfig.cmake" -B "$scratch" >"$scratch/cpack.log" 2>&1 ||
+    { cat "$scratch/cpack.log" >&2; fail "cpack failed"; }
+debs=("$scratch"/tavrelle_*.deb)
+deb=${debs[0]}
+[[ -f $deb ]] || fail "cpack made no .deb"
+
+dpkg-deb -c "$deb" | awk '{ print $6 }' | sed 's|^\./|/|' >"$scratch/contents"
+expected=(
+    /usr/bin/tavrelle-batch /usr/share/tavrelle/ChiSquareTable.txt
+    /usr/share/tavrelle/DemoFiles/DemoNullAlleles.gen /usr/share/man/man1/tavrelle-batch.1
+    /usr/share/doc/tavrelle/LICENSE
+)
+if [[ -e $build/bin/tavrelle ]]; then
+    expected+=(/usr/bin/tavrelle /usr/share/tavrelle/User_Guide.pdf
+        /usr/share/tavrelle/TavrelleHelp/ /usr/share/applications/org.tavrelle.Tavrelle.desktop
+        /usr/share/metainfo/org.tavrelle.Tavrelle.metainfo.xml
+        /usr/share/icons/hicolor/256x256/apps/org.tavrelle.Tavrelle.png)
+fi
+for path in "${expected[@]}"; do
+    grep -qxF "$path" "$scratch/contents" || fail "not in the package: $path"
+done
+outside=$(grep -v '^/usr/\|^/$' "$scratch/contents" || true)
+[[ -z $outside ]] || fail "files outside /usr: $outside"
+
+depends=$(dpkg-deb -f "$deb" Depends)
+[[ -n $depends ]] || fail "the package names no dependencies"
+# Every dependency is a Debian package apt knows.
+for package in $(tr ',|' '\n\n' <<<"$depends" | sed 's/(.*//; s/ //g' | sort -u); do
+    apt-cache show "$package" >/dev/null 2>&1 || fail "apt knows no package $package"
+done
+echo "deb: $(basename "$deb"), $(stat -c %s "$deb") bytes, $(grep -vc '/$' "$scratch/contents") files"
+echo "deb: Depends: $depends"
