@@ -62,13 +62,13 @@ set(CPACK_PACKAGE_VENDOR "The Tavrelle developers")
 set(CPACK_PACKAGE_CONTACT "The Tavrelle developers <tavrelle@users.noreply.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY
     "check microsatellite genotypes for null alleles, stutter and large allele drop-out")
+# The long description under the summary line.
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
-    "check microsatellite genotypes for null alleles, stutter and large allele drop-out
- Tavrelle checks microsatellite genotype data of diploid organisms for null
- alleles and for scoring errors from stuttering and large allele drop-out.
- It reads Genepop files and Excel workbooks, shows graphs of every locus and
- estimates null allele frequencies. The batch program tavrelle-batch runs
- the same analysis for scripts, pipelines and cluster job arrays.")
+    "Tavrelle checks microsatellite genotype data of diploid organisms for null
+alleles and for scoring errors from stuttering and large allele drop-out.
+It reads Genepop files and Excel workbooks, shows graphs of every locus and
+estimates null allele frequencies. The batch program tavrelle-batch runs
+the same analysis for scripts, pipelines and cluster job arrays.")
 set(CPACK_RESOURCE_FILE_LICENSE ${CMAKE_SOURCE_DIR}/LICENSE)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # CPack's .deb from the build tree: its file list holds the programs under /usr/bin and their
-# files under /usr/share/tavrelle, and apt can satisfy its dependencies from Debian 12.
+# files under /usr/share/tavrelle, apt knows every package it depends on, and its batch program,
+# unpacked, finds its tables.
 #
 # Usage: deb.sh BUILD_FOLDER
 set -euo pipefail
@@ -42,5 +43,13 @@ depends=$(dpkg-deb -f "$deb" Depends)
 for package in $(tr ',|' '\n\n' <<<"$depends" | sed 's/(.*//; s/ //g' | sort -u); do
     apt-cache show "$package" >/dev/null 2>&1 || fail "apt knows no package $package"
 done
+# The package's own batch program, unpacked, analyses its own demo file.
+dpkg-deb -x "$deb" "$scratch/root"
+mkdir -p "$scratch/work"
+(cd "$scratch/work" && "$scratch/root/usr/bin/tavrelle-batch" \
+    "$scratch/root/usr/share/tavrelle/DemoFiles/DemoThreePopulations.gen" --repeat 2 --seed 3 \
+    --on-suspect proceed --csv loci.csv >report.txt) || fail "the unpacked batch program failed"
+(($(wc -l <"$scratch/work/loci.csv") > 1)) || fail "the unpacked batch program analysed nothing"
+
 echo "deb: $(basename "$deb"), $(stat -c %s "$deb") bytes, $(grep -vc '/$' "$scratch/contents") files"
 echo "deb: Depends: $depends"

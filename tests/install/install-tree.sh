@@ -46,13 +46,15 @@ ln -s "$prefix/bin/tavrelle-batch" "$scratch/links/tavrelle-batch"
 cd "$scratch/work"
 for batch in "$prefix/bin/tavrelle-batch" "$scratch/links/tavrelle-batch"; do
     status=0
-    "$batch" "$share/DemoFiles/DemoNullAlleles.gen" --repeat 2 --seed 1 --json report.json \
-        >report.txt 2>errors.txt || status=$?
+    "$batch" "$share/DemoFiles/DemoNullAlleles.gen" --repeat 2 --seed 1 --on-suspect proceed \
+        --json report.json --csv loci.csv >report.txt 2>errors.txt || status=$?
     if ((status != 0)); then
         cat errors.txt >&2
         fail "$batch ended with status $status"
     fi
     grep -q '"populations"' report.json || fail "$batch wrote no JSON report"
     [[ -s report.txt ]] || fail "$batch wrote no text report"
+    # Rows of loci come only from an analysis, which reads the tables.
+    (($(wc -l <loci.csv) > 1)) || fail "$batch analysed no population: $(cat errors.txt report.txt)"
 done
 echo "install-tree: installed into a fresh prefix; the installed batch program found its tables"
