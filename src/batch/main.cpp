@@ -4,6 +4,8 @@
 #include <iostream>
 #include <stdexcept>
 
+#include "analysis/StatisticalTables.h"
+#include "base/InstallPaths.h"
 #include "batch/BatchOptions.h"
 #include "batch/BatchRun.h"
 
@@ -51,7 +53,8 @@ int main(int argc, char** argv) {
         return 0;
     }
     try {
-        BatchReport report = RunBatch(options, ProgramFolder(argv[0]));
+        BatchReport report = RunBatch(
+            options, InstalledFile(ProgramFolder(argv[0]), kChiSquareTableFile).parent_path());
         bool ok = true;
         if (options.jsonFile) ok = WriteOut(*options.jsonFile, JsonReport(report)) && ok;
         if (options.csvFile) ok = WriteOut(*options.csvFile, CsvReport(report)) && ok;

@@ -46,7 +46,9 @@ frmAbout::frmAbout(std::filesystem::path programFolder, QWidget* parent)
         this);
     lblAuthor = new QLabel("Written by the Tavrelle developers.", this);
     lblDisclaimer = new QLabel(
-        "Copyright \u00a9 the Tavrelle developers. Tavrelle is provided as it is, without "
+        "Copyright \u00a9 the Tavrelle developers. "
+        "Free software under the GNU General Public License, version 3 or later. "
+        "Tavrelle is provided as it is, without "
         "warranty of any kind. Its verdicts and estimates are statistical guides: check them "
         "against your knowledge of the loci and, where you can, against repeated genotyping.",
         this);

@@ -22,6 +22,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "base/InstallPaths.h"
 #include "session/GridView.h"
 #include "widgets/Twips.h"
 
@@ -47,7 +48,7 @@ frmMain::frmMain(Session& session, Interaction& interaction, std::filesystem::pa
       programFolder_(std::move(programFolder)) {
     LoadResources();
     setObjectName("frmMain");
-    HelpFile = (programFolder_ / "TavrelleHelp").string();
+    HelpFile = InstalledFile(programFolder_, "TavrelleHelp").string();
     setWindowIcon(QIcon(":/icons/tavrelle.svg"));
     BuildMenus();
     BuildToolbar();

@@ -9,6 +9,7 @@
 #include <QSplitter>
 #include <QToolButton>
 
+#include "base/InstallPaths.h"
 #include "base/Numbers.h"
 #include "population/ExcelWorkbookWriter.h"
 #include "population/FileKind.h"
@@ -84,7 +85,7 @@ void frmMain::mnuFileOpen_Click() {
     PopulationNumber = 1;
     LoadedPopulations = 1;
 
-    const std::filesystem::path demo = programFolder_ / ".." / "DemoFiles";
+    const std::filesystem::path demo = InstalledFile(programFolder_, "../DemoFiles");
     std::optional<std::string> chosen = interaction_.OpenFileName(
         {"Open", demo.lexically_normal().string(),
          "All Files (*.*)|*.*|Excel files (xls)|*.xls|Genepop (dat)|*.dat|Genepop (txt)|*.txt|"

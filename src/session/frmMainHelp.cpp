@@ -1,4 +1,5 @@
 // Help topics, the user guide, the questionnaire and the about box.
+#include "base/InstallPaths.h"
 #include "session/frmAbout.h"
 #include "session/frmMain.h"
 
@@ -49,7 +50,7 @@ void frmMain::DisplayAdjGenoHelp() {
 }
 
 void frmMain::mnuHelpPDF_Click() {
-    const int code = DisplayThisFile((programFolder_ / "User_Guide.pdf").string());
+    const int code = DisplayThisFile(InstalledFile(programFolder_, "User_Guide.pdf").string());
     if (code == 2) {
         interaction_.Show({"The requested file has not been found.", "File Not Found",
                            MessageIcon::Exclamation, MessageButtons::Ok});
@@ -63,7 +64,7 @@ void frmMain::mnuHelpPDF_Click() {
 }
 
 void frmMain::mnuHelpQ_Click() {
-    DisplayThisFile((programFolder_ / "Questionnaire.xls").string());
+    DisplayThisFile(InstalledFile(programFolder_, "Questionnaire.xls").string());
 }
 
 void frmMain::mnuHelpAbout_Click() {

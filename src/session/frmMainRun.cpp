@@ -9,7 +9,9 @@
 #include <QSplitter>
 
 #include "analysis/ClockSeed.h"
+#include "analysis/StatisticalTables.h"
 #include "analysis/screens/frmProgressBar.h"
+#include "base/InstallPaths.h"
 #include "base/Numbers.h"
 #include "checking/PopulationCheck.h"
 #include "nulls/screens/frmAllNulls.h"
@@ -117,7 +119,7 @@ void frmMain::RandomiseData() {
         settings.confidenceCode = session_.gConfidenceCode;
         settings.repeatCodes = session_.gRepeatTable;
         settings.isExcel = isExcel;
-        settings.tableFolder = programFolder_;
+        settings.tableFolder = InstalledFile(programFolder_, kChiSquareTableFile).parent_path();
         settings.threaded = true;
 
         frmProgressBar progress(this);

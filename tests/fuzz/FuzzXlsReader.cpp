@@ -1,5 +1,5 @@
 // libFuzzer target: .xls bytes through the open command's load (FreeXL and the sheet reader).
-#include "FuzzWorkbookReader.h"
+#include "FuzzDataFile.h"
 
 // libgsf keeps a few directory entries when it gives up on a corrupt OLE2 directory, which no
 // change of ours can avoid. The full unwinder shows the library's frames to the suppression.
@@ -11,5 +11,5 @@ extern "C" const char* __asan_default_options() {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    return tavrelle::fuzz::LoadWorkbook(data, size, ".xls");
+    return tavrelle::fuzz::LoadDataFile(data, size, ".xls");
 }

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "FuzzWorkbookReader.h"
+#include "FuzzDataFile.h"
 
 namespace {
 
@@ -96,6 +96,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                                  {"xl/_rels/workbook.xml.rels", kWorkbookRelationships},
                                  {"xl/sharedStrings.xml", parts[1]},
                                  {"xl/worksheets/sheet1.xml", parts[2]}});
-    return tavrelle::fuzz::LoadWorkbook(reinterpret_cast<const std::uint8_t*>(zip.data()),
+    return tavrelle::fuzz::LoadDataFile(reinterpret_cast<const std::uint8_t*>(zip.data()),
                                         zip.size(), ".xlsx");
 }

@@ -1,10 +1,12 @@
 #!/bin/sh
-# Seeds for the workbook fuzz targets: the demo files as .xls and .xlsx written by tavrelle-batch,
-# and small sheets written by xlwt and by hand (tests/data/excel/workbook_tool.py).
+# Seeds for the fuzz targets: the demo files as .xls and .xlsx written by tavrelle-batch, small
+# sheets written by xlwt and by hand (tests/data/excel/workbook_tool.py), the demo Genepop files
+# and small ones at the reader's edges, and the command lines of tavrelle-batch's help.
 #
 # Usage: tests/fuzz/make_corpus.sh BUILD_FOLDER
-# Writes BUILD_FOLDER/corpus/xls, corpus/xlsx and corpus/xlsx_parts (the workbook, shared strings
-# and sheet XML of each .xlsx seed, parted by "|||").
+# Writes BUILD_FOLDER/corpus/xls, corpus/xlsx, corpus/xlsx_parts (the workbook, shared strings
+# and sheet XML of each .xlsx seed, parted by "|||"), corpus/genepop and corpus/batch_options
+# (arguments parted by NUL bytes).
 set -eu
 if [ $# -ne 1 ]; then
     echo "usage: $0 BUILD_FOLDER" >&2
@@ -19,7 +21,8 @@ fi
 tool=$top/tests/data/excel/workbook_tool.py
 python=/usr/bin/python3
 [ -x "$python" ] || python=python3
-mkdir -p "$build/corpus/xls" "$build/corpus/xlsx" "$build/corpus/xlsx_parts"
+mkdir -p "$build/corpus/xls" "$build/corpus/xlsx" "$build/corpus/xlsx_parts" \
+    "$build/corpus/genepop" "$build/corpus/batch_options"
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 
@@ -27,7 +30,31 @@ for demo in "$top"/DemoFiles/*.gen; do
     name=$(basename "$demo" .gen)
     "$batch" convert "$demo" "$build/corpus/xls/$name.xls" >/dev/null
     "$batch" convert "$demo" "$build/corpus/xlsx/$name.xlsx" >/dev/null
+    cp "$demo" "$build/corpus/genepop/$name.gen"
 done
+
+# Genepop at the edges: locus names one a line or comma separated, two- and three-digit alleles,
+# missing alleles, "POP" in other cases, blank and short lines, CR LF endings, no final newline.
+printf 'Title\nL1\nL2\nPop\na1 , 102104 098098\na2, 000102 104104\npop\nb1 , 0102 0000\n' \
+    >"$build/corpus/genepop/lines.gen"
+printf 'Title\r\nL1, L2, L3\r\nPOP\r\nx ,102102 104106 000000\r\n\r\nPoP\r\ny,  98 100' \
+    >"$build/corpus/genepop/commas.gen"
+printf 'T\nA\nPop\n,\n s ,  \nPop\nPop\n' >"$build/corpus/genepop/empty.gen"
+
+# Command lines: the help's examples and every option with a value at its edges.
+options() {
+    printf '%s\0' "$@" | head -c -1 >"$build/corpus/batch_options/$1-$#-$(printf '%s' "$*" | cksum | cut -d' ' -f1)"
+}
+options DemoNullAlleles.gen --repeat 2 --seed 12345 --json report.json
+options DemoThreePopulations.xlsx --repeat 2 --seed 7 --csv loci.csv
+options samples.xls --sheet Run2 --repeat 2 --on-suspect omit
+options convert DemoNullAlleles.gen DemoNullAlleles.xls
+options convert field.xlsx field.gen --sheet Sheet2 --accept-numeric-names
+options in.gen --repeat Loc3=4 --repeat "Loc 7=3" --randomisations 10000 --confidence bonferroni
+options in.gen --repeat 6 --population 1,3-5 --threads 2 --max-allele-size 700 --confidence 99
+options in.gen --repeat 1 --seed 0 --on-suspect proceed --json - --csv out.csv
+options - --repeat 2 --repeats motifs.tsv --version
+options --help
 
 cat >"$scratch/small.json" <<'DESCRIPTION'
 {"sheets": [{"name": "Sheet1", "cells": [[0, 0, "Population"], [1, 1, "L1"], [1, 3, 2],

@@ -14,11 +14,12 @@
 
 namespace tavrelle::fuzz {
 
-// One input through the open command's whole load: the bytes become a file of the kind's name,
-// the store reads sheet "Sheet1" with the kind's reader. A workbook that cannot be opened raises
-// ProgramError, which the command turns into its "Error Opening File" box; every other outcome
-// is a load or a refusal. Anything else escaping, or any crash, is a finding.
-inline int LoadWorkbook(const std::uint8_t* data, std::size_t size, const char* ending) {
+// One input through the open command's whole load: the bytes become a file whose name ends as
+// given, which tells its kind; the store reads a Genepop file, or sheet "Sheet1" of a workbook
+// with the kind's reader. A file that cannot be opened raises ProgramError, which the command
+// turns into its "Error Opening File" box; every other outcome is a load or a refusal. Anything
+// else escaping, or any crash, is a finding.
+inline int LoadDataFile(const std::uint8_t* data, std::size_t size, const char* ending) {
     // One file for the whole run, removed when the fuzzer ends.
     struct ScratchFile {
         std::string path;
@@ -36,10 +37,11 @@ inline int LoadWorkbook(const std::uint8_t* data, std::size_t size, const char* 
     if (size > 0) std::fwrite(data, 1, size, out);
     std::fclose(out);
 
-    std::unique_ptr<ExcelSheetReader> reader = MakeExcelSheetReader(KindOfFile(file));
+    const FileKind kind = KindOfFile(file);
+    std::unique_ptr<ExcelSheetReader> reader = MakeExcelSheetReader(kind);
     StoreRequest request;
     request.fileLocation = file;
-    request.isExcel = true;
+    request.isExcel = IsExcelKind(kind);
     request.excelSheetName = "Sheet1";
     request.excelReader = reader.get();
     RecordingPrompter prompter;
