@@ -96,9 +96,8 @@ public:
             Slot slot;
             {
                 std::unique_lock lock(mutex_);
-                changed_.wait(lock, [&] {
-                    return slots_[index].done || (stopped_ && index >= started_);
-                });
+                changed_.wait(
+                    lock, [&] { return slots_[index].done || (stopped_ && index >= started_); });
                 if (!slots_[index].done) return;
                 slot = std::move(slots_[index]);
                 slots_[index] = Slot{};
@@ -145,8 +144,8 @@ std::vector<StudyPopulation> StudyPopulations(InputDataSource& store) {
     return all;
 }
 
-PopulationResult AnalyseStudyPopulation(StudyPopulation& population,
-                                        const StudySettings& settings, bool threaded) {
+PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const StudySettings& settings,
+                                        bool threaded) {
     PopulationResult result;
     result.number = population.number;
     Table& table = population.table;
@@ -210,8 +209,8 @@ void RunStudy(std::vector<StudyPopulation>& populations, const StudySettings& se
               const std::function<void(PopulationResult&&)>& deliver,
               const std::atomic<bool>* cancel) {
     if (populations.empty()) return;
-    const std::size_t threads = static_cast<std::size_t>(
-        settings.threads > 0 ? settings.threads : AvailableCpuCount());
+    const std::size_t threads =
+        static_cast<std::size_t>(settings.threads > 0 ? settings.threads : AvailableCpuCount());
     const std::size_t workers = std::min(threads, populations.size());
     // One population at a time draws its random numbers on a second thread instead.
     const bool threaded = workers <= 1 && threads > 1;

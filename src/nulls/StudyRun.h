@@ -18,8 +18,8 @@ std::vector<StudyPopulation> StudyPopulations(InputDataSource& store);
 // The Analyse command on one population with nobody at the dialogs: the check, the choice about
 // suspect values that the settings make, and the run with a fresh generator from the seed.
 // `threaded` draws the random numbers on a second thread.
-PopulationResult AnalyseStudyPopulation(StudyPopulation& population,
-                                        const StudySettings& settings, bool threaded);
+PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const StudySettings& settings,
+                                        bool threaded);
 
 // The CPUs this process may run on (its affinity), at least 1.
 int AvailableCpuCount();
