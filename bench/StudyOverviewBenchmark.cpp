@@ -6,7 +6,7 @@
 
 #include <cstdlib>
 
-#include "../tests/support/SimulatedPopulation.h"
+#include "../tests/support/SimulatedStudy.h"
 #include "nulls/StudyRun.h"
 #include "nulls/StudySource.h"
 #include "nulls/StudyTable.h"
@@ -19,15 +19,7 @@ std::vector<StudyPopulation> Populations(std::string& label) {
         label = path;
         return LoadStudyFile(path, "Sheet1").populations;
     }
-    simulate::SimulationParameters parameters;
-    parameters.seed = 79;
-    parameters.sample_counts.assign(79, 17);
-    for (std::size_t l = 0; l < 25; ++l)
-        parameters.loci.push_back(simulate::ResolveLocus({}, parameters.seed, l));
-    const simulate::SimulatedData data = simulate::Simulate(parameters);
-    std::vector<StudyPopulation> populations;
-    for (std::size_t p = 0; p < data.populations.size(); ++p)
-        populations.push_back({static_cast<int>(p + 1), SimulatedPopulationTable(data, p)});
+    std::vector<StudyPopulation> populations = SimulatedStudy(79, std::vector<int>(79, 17), 25);
     label = "simulated 79 x 17 samples, 25 loci";
     return populations;
 }

@@ -7,6 +7,7 @@
 #include "nulls/StudyTable.h"
 #include "results/GraphModel.h"
 #include "results/GraphSvg.h"
+#include "results/LocusGraphs.h"
 
 namespace tavrelle {
 
@@ -19,7 +20,7 @@ h3 { margin-bottom: 0.3em; }
 table { border-collapse: collapse; margin: 0.5em 0; }
 th, td { border: 1px solid #ccc; padding: 2px 6px; font-size: 0.85em; }
 th { background: #f0f0f0; text-align: left; }
-td.cell { text-align: center; white-space: nowrap; }
+td.cell { text-align: center; white-space: nowrap; } td.cell a { text-decoration: none; }
 td.yes { font-weight: bold; }
 td.stopped { background: #ddd; font-style: italic; }
 td.total { background: #f7f7f7; text-align: center; }
@@ -147,11 +148,9 @@ std::string LocusSection(const PopulationResult& population, const LocusResult& 
         " The count axis starts at zero so that every class is visible; the program's graph "
         "windows scale their axis to the data.";
     for (bool first : {true, false}) {
-        GraphModel graph(first ? GraphModel::Kind::Homozygotes : GraphModel::Kind::Differences,
-                         population.name, locus.name, locus.lowest,
-                         first ? locus.observedHomozygotes : locus.observedDifferences,
-                         first ? locus.randomHomozygotes : locus.randomDifferences,
-                         first ? locus.meanHomozygotes : locus.meanDifferences);
+        GraphModel graph =
+            LocusGraph(first ? GraphModel::Kind::Homozygotes : GraphModel::Kind::Differences,
+                       population.name, locus);
         graph.SetConfidence(confidenceCode);
         html += "<figure>" + GraphSvg(graph) + "<figcaption>" +
                 (first ? "Homozygotes by allele size, observed against "

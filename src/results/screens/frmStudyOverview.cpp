@@ -30,6 +30,7 @@
 #include "nulls/StudySource.h"
 #include "nulls/StudyTableExport.h"
 #include "results/GraphModel.h"
+#include "results/LocusGraphs.h"
 #include "results/StudyReport.h"
 #include "results/screens/HeatMapPainter.h"
 #include "results/screens/frmDrawGraph.h"
@@ -399,11 +400,9 @@ void frmStudyOverview::OpenCellGraphs(int row, int column) {
         host.interaction = &interaction_;
         int offset = 0;
         for (bool first : {true, false}) {
-            GraphModel graph(first ? GraphModel::Kind::Homozygotes : GraphModel::Kind::Differences,
-                             population.name, locus.name, locus.lowest,
-                             first ? locus.observedHomozygotes : locus.observedDifferences,
-                             first ? locus.randomHomozygotes : locus.randomDifferences,
-                             first ? locus.meanHomozygotes : locus.meanDifferences);
+            GraphModel graph =
+                LocusGraph(first ? GraphModel::Kind::Homozygotes : GraphModel::Kind::Differences,
+                           population.name, locus);
             auto* window =
                 new frmDrawGraph(std::move(graph), request_.settings.confidenceCode, host, this);
             window->setAttribute(Qt::WA_DeleteOnClose);
