@@ -20,6 +20,8 @@ h3 { margin-bottom: 0.3em; }
 table { border-collapse: collapse; margin: 0.5em 0; }
 th, td { border: 1px solid #ccc; padding: 2px 6px; font-size: 0.85em; }
 th { background: #f0f0f0; text-align: left; }
+div.wide { overflow-x: auto; }
+table.overview th, table.overview td { font-size: 0.75em; }
 td.cell { text-align: center; white-space: nowrap; } td.cell a { text-decoration: none; }
 td.yes { font-weight: bold; }
 td.stopped { background: #ddd; font-style: italic; }
@@ -187,7 +189,7 @@ std::string StudyReportHtml(const StudyReportInput& input) {
             " estimate of the null allele frequency (colour), S for stutter and D for large "
             "allele drop-out. The totals count the loci of a population, and the populations "
             "of a locus, where each fires. A cell links to its graphs.</p>\n" +
-            OverviewTable(table);
+            "<div class=\"wide\">" + OverviewTable(table) + "</div>\n";
     html += "<h2>Heat map</h2>\n" + HeatMapSvg(LayOutHeatMap(table));
 
     std::string notes;
