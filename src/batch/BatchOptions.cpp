@@ -50,7 +50,7 @@ void AddPopulations(const std::string& text, std::vector<int>& populations) {
 bool IsAnalysisOption(const std::string& argument) {
     for (const char* option :
          {"--population", "--seed", "--randomisations", "--confidence", "--repeat",
-          "--max-allele-size", "--on-suspect", "--json", "--csv", "--threads"})
+          "--max-allele-size", "--on-suspect", "--json", "--csv", "--report", "--threads"})
         if (argument == option) return true;
     return false;
 }
@@ -145,6 +145,8 @@ BatchOptions ParseBatchOptions(const std::vector<std::string>& arguments) {
             options.jsonFile = value();
         } else if (argument == "--csv") {
             options.csvFile = value();
+        } else if (argument == "--report") {
+            options.reportFile = value();
         } else if (argument == "--threads") {
             std::int32_t threads = WholeNumber("--threads", value());
             if (threads < 1 || threads > 256) Refuse("--threads: give 1 to 256.");
@@ -213,6 +215,9 @@ Options:
                            carries the JSON alone). Example: --json report.json
   --csv FILE               Write one row per population and locus for R and spreadsheets.
                            Example: --csv loci.csv
+  --report FILE            Write the study report: one HTML page with the settings, the overview
+                           table, the heat map and every locus's graphs and verdicts.
+                           Example: --report report.html
   --threads N              Populations analysed at once. Default: every core. The results do
                            not depend on it.
   --help                   This text.

@@ -31,6 +31,7 @@ struct BatchOptions {
     SuspectPolicy onSuspect = SuspectPolicy::Stop;
     std::optional<std::string> jsonFile;  // "-" for standard output
     std::optional<std::string> csvFile;
+    std::optional<std::string> reportFile;
     int threads = 0;  // 0: every core
     bool help = false;
 };

@@ -8,6 +8,7 @@
 #include "base/InstallPaths.h"
 #include "batch/BatchOptions.h"
 #include "batch/BatchRun.h"
+#include "results/StudyReport.h"
 
 namespace {
 
@@ -26,6 +27,23 @@ bool WriteOut(const std::string& target, const std::string& text) {
     std::ofstream out(target, std::ios::binary);
     out << text;
     return static_cast<bool>(out);
+}
+
+std::string StudyReport(const tavrelle::BatchOptions& options,
+                        const tavrelle::BatchReport& report) {
+    tavrelle::StudyReportInput study;
+    study.file = report.file;
+    study.title = report.title;
+    study.clockSeed = report.clockSeed;
+    study.populations = &report.populations;
+    study.populationsInFile = static_cast<int>(report.populations.size());
+    study.settings.seed = report.seed;
+    study.settings.randomisations = report.randomisations;
+    study.settings.confidenceCode = report.confidenceCode;
+    study.settings.repeatForAll = options.repeatForAll;
+    study.settings.repeatByLocus = options.repeatByLocus;
+    study.settings.onSuspect = options.onSuspect;
+    return tavrelle::StudyReportHtml(study);
 }
 
 }  // namespace
@@ -58,6 +76,8 @@ int main(int argc, char** argv) {
         bool ok = true;
         if (options.jsonFile) ok = WriteOut(*options.jsonFile, JsonReport(report)) && ok;
         if (options.csvFile) ok = WriteOut(*options.csvFile, CsvReport(report)) && ok;
+        if (options.reportFile)
+            ok = WriteOut(*options.reportFile, StudyReport(options, report)) && ok;
         if (options.jsonFile != "-" && options.csvFile != "-") std::cout << TextReport(report);
         if (!ok) {
             std::cerr << "tavrelle-batch: a report could not be written.\n";

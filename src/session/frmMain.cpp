@@ -114,6 +114,7 @@ void frmMain::BuildMenus() {
     mnuFileOpen = file->addAction("&Open...             Ctrl+O");
     file->addSeparator();
     mnuSaveAs = file->addAction("Save &As...         Ctrl+S");
+    mnuExportReport = file->addAction("Export &Report...");
     file->addSeparator();
     mnuFileExit = file->addAction("E&xit");
     QMenu* edit = menuBar()->addMenu("&Edit");
@@ -133,6 +134,8 @@ void frmMain::BuildMenus() {
     tools->addSeparator();
     mnuAnalysis = tools->addAction("&Estimate Frequencies");
     mnuNulls = tools->addAction("&Compare Loci");
+    tools->addSeparator();
+    mnuStudyOverview = tools->addAction("&Study Overview");
     QMenu* window = menuBar()->addMenu("&Window");
     connect(window, &QMenu::aboutToShow, this, [this, window] {
         window->clear();
@@ -166,6 +169,8 @@ void frmMain::BuildMenus() {
     Connect(mnuRandAll, &frmMain::RandButton_Click);
     Connect(mnuAnalysis, &frmMain::mnuAnalysis_Click);
     Connect(mnuNulls, &frmMain::mnuNulls_Click);
+    Connect(mnuStudyOverview, &frmMain::mnuStudyOverview_Click);
+    Connect(mnuExportReport, &frmMain::mnuExportReport_Click);
     Connect(mnuHelpContents, &frmMain::mnuHelpContents_Click);
     Connect(mnuHelpIndex, &frmMain::mnuHelpIndex_Click);
     Connect(mnuHelpPDF, &frmMain::mnuHelpPDF_Click);
@@ -197,6 +202,8 @@ void frmMain::BuildToolbar() {
         {14, "estimate", "Analysis", "Display estimates of allele frequencies",
          &frmMain::mnuAnalysis_Click},
         {16, "compare", "Nulls", "Compare null alleles across loci", &frmMain::mnuNulls_Click},
+        {18, "study", "StudyOverview", "Study overview: every population of the file",
+         &frmMain::mnuStudyOverview_Click},
     };
     int position = 1;
     for (const Button& button : buttons) {

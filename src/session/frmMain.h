@@ -59,6 +59,9 @@ public:
     void mnuCloseGraphs_Click();
     void mnuAnalysis_Click();
     void mnuNulls_Click();
+    // Study Overview and Export Report: every population of the file in one window.
+    void mnuStudyOverview_Click();
+    void mnuExportReport_Click();
     void ValidateButton_Click();
     void RandButton_Click();
     void NextPopButton_Click();
@@ -108,6 +111,7 @@ public:
     QAction *mnuCut, *mnuCopy, *mnuPaste, *mnuSelectAll, *mnuDelete;
     QAction* mnuToggle;
     QAction *mnuRandAll, *mnuDisplayGraphs, *mnuAnalysis, *mnuNulls;
+    QAction *mnuStudyOverview, *mnuExportReport;
     QAction *mnuHelpContents, *mnuHelpIndex, *mnuHelpPDF, *mnuHelpQ, *mnuHelpAbout;
     QAction* GridDeleteAction;  // the grid's own deletion of the picked rows
     QToolBar* tbToolbar;

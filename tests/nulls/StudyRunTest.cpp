@@ -2,27 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include "../support/SimulatedPopulation.h"
+#include "../support/SimulatedStudy.h"
 
 namespace tavrelle {
 namespace {
 
 std::vector<StudyPopulation> FivePopulations() {
-    simulate::SimulationParameters parameters;
-    parameters.seed = 7;
-    parameters.sample_counts = {30, 25, 40, 30, 35};
-    for (int l = 0; l < 4; ++l) {
-        simulate::LocusRequest request;
-        request.repeat = 2;
-        if (l == 1) request.null_frequency = 0.2;
-        parameters.loci.push_back(
-            simulate::ResolveLocus(request, parameters.seed, static_cast<std::size_t>(l)));
-    }
-    const simulate::SimulatedData data = simulate::Simulate(parameters);
-    std::vector<StudyPopulation> populations;
-    for (std::size_t p = 0; p < data.populations.size(); ++p)
-        populations.push_back({static_cast<int>(p + 1), SimulatedPopulationTable(data, p)});
-    return populations;
+    return SimulatedStudy(7, {30, 25, 40, 30, 35}, 4, 1, 0.2);
 }
 
 StudySettings Settings(int threads) {

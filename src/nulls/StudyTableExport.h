@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "nulls/StudyTable.h"
+
+namespace tavrelle {
+
+// The overview as a tidy table, one line per population and locus (a stopped population has one
+// line with its reason), ready to filter or pivot: the header, then the rows, as text.
+std::vector<std::vector<std::string>> StudyTableLines(const StudyTable& table);
+
+// The same lines as CSV, fields quoted where they hold a separator, quote or line break.
+std::string StudyTableCsv(const StudyTable& table);
+
+// The same lines as an .xlsx workbook's bytes, numbers stored as numbers. Throws ProgramError
+// when the library fails.
+std::string StudyTableXlsx(const StudyTable& table);
+
+// Shortest text that reads back to the same double.
+std::string ShortestNumber(double value);
+
+}  // namespace tavrelle
