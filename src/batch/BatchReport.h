@@ -8,6 +8,7 @@
 
 #include "analysis/AlleleAnalysis.h"
 #include "base/Prompter.h"
+#include "nulls/LikelihoodEstimates.h"
 
 namespace tavrelle {
 
@@ -29,8 +30,9 @@ struct PopulationReport {
     std::string action = "none";    // none, omit, proceed or stop
     std::vector<Message> messages;  // every box the desktop program would have shown
     std::optional<std::string> error;
-    std::string errorLocus;                    // the locus the run had in hand when it failed
-    std::unique_ptr<AlleleAnalysis> analysis;  // absent when no run took place
+    std::string errorLocus;                         // the locus the run had in hand when it failed
+    std::unique_ptr<AlleleAnalysis> analysis;       // absent when no run took place
+    std::optional<PopulationEstimates> likelihood;  // beside a run that reached every locus
 };
 
 struct BatchReport {

@@ -181,8 +181,13 @@ PopulationReport AnalysePopulation(LoadedPopulation& population, const BatchOpti
             if (report.analysis->RunError()) {
                 report.error = RunTimeError(*report.analysis->RunError());
                 report.errorLocus = report.analysis->ErrorLocus();
-            } else if (!report.analysis->StopMessage().empty())
+            } else if (!report.analysis->StopMessage().empty()) {
                 report.error = report.analysis->StopMessage();
+            } else {
+                const unsigned cores = threaded ? static_cast<unsigned>(options.threads) : 1U;
+                report.likelihood = EstimateNullAllelesAndInbreeding(
+                    table, {static_cast<std::uint32_t>(seed), options.bootstrap, cores});
+            }
         }
     } catch (const ProgramError& error) {
         report.error = RunTimeError(error);
