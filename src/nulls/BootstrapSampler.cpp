@@ -23,8 +23,8 @@ void BootstrapSampler::Draw(std::vector<int>& multiplicity) {
     std::fill(multiplicity.begin(), multiplicity.end(), 0);
     if (n == 0) return;
     // Rejection keeps every individual equally likely (no modulo bias).
-    const std::uint64_t limit = std::numeric_limits<std::uint64_t>::max() -
-                                std::numeric_limits<std::uint64_t>::max() % n;
+    const std::uint64_t limit =
+        std::numeric_limits<std::uint64_t>::max() - std::numeric_limits<std::uint64_t>::max() % n;
     for (std::uint64_t draw = 0; draw < n; ++draw) {
         std::uint64_t x;
         do {

@@ -49,22 +49,26 @@ std::string InbreedingVerdict(NestedModel model, double f, double low, double hi
         std::snprintf(estimate, sizeof estimate, "F = %.3f (no interval)", f);
     switch (model) {
         case NestedModel::kNeither:
-            return std::string("The genotypes fit Hardy-Weinberg proportions: neither null "
-                               "alleles nor inbreeding is needed to explain them; ") +
+            return std::string(
+                       "The genotypes fit Hardy-Weinberg proportions: neither null "
+                       "alleles nor inbreeding is needed to explain them; ") +
                    estimate + ".";
         case NestedModel::kNulls:
-            return std::string("The homozygote excess differs from locus to locus, which points "
-                               "to null alleles at some loci rather than to inbreeding; ") +
+            return std::string(
+                       "The homozygote excess differs from locus to locus, which points "
+                       "to null alleles at some loci rather than to inbreeding; ") +
                    estimate + ".";
         case NestedModel::kInbreeding:
-            return std::string("A homozygote excess shared by the loci points to inbreeding or "
-                               "population structure rather than to null alleles; ") +
+            return std::string(
+                       "A homozygote excess shared by the loci points to inbreeding or "
+                       "population structure rather than to null alleles; ") +
                    estimate + ".";
         case NestedModel::kBoth:
             break;
     }
-    return std::string("Both are needed: a homozygote excess shared by the loci (inbreeding or "
-                       "population structure) and null alleles at some loci; ") +
+    return std::string(
+               "Both are needed: a homozygote excess shared by the loci (inbreeding or "
+               "population structure) and null alleles at some loci; ") +
            estimate + ".";
 }
 

@@ -89,9 +89,8 @@ PopulationEstimates EstimateNullAllelesAndInbreeding(const std::vector<std::stri
             drawn[slots - 1][r] = sample.f;
         }
     };
-    const std::size_t cores = settings.threads > 0
-                                  ? settings.threads
-                                  : std::max(1U, std::thread::hardware_concurrency());
+    const std::size_t cores =
+        settings.threads > 0 ? settings.threads : std::max(1U, std::thread::hardware_concurrency());
     const std::size_t threads = std::max<std::size_t>(1, std::min(cores, replicates));
     std::vector<std::thread> pool;
     for (std::size_t t = 1; t < threads; ++t)

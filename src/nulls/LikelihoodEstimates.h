@@ -20,7 +20,7 @@ enum LikelihoodEstimate : std::size_t { kEm = 4, kEmMissing = 5, kJoint = 6 };
 inline constexpr std::array<const char*, kEstimateCount> kEstimateKeys = {
     "velmaret", "chakraborty", "brookfield1", "brookfield2", "em", "em_missing", "joint"};
 inline constexpr std::array<const char*, kEstimateCount> kEstimateLabels = {
-    "Velmaret", "Chakraborty", "Brookfield 1",      "Brookfield 2",
+    "Velmaret", "Chakraborty",        "Brookfield 1", "Brookfield 2",
     "EM",       "EM, blanks missing", "Joint with F"};
 
 struct LikelihoodSettings {

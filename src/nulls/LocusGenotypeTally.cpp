@@ -23,9 +23,9 @@ CodedLocus CodeLocus(std::vector<std::pair<Int16, Int16>> sizes) {
     locus.alleles.erase(std::unique(locus.alleles.begin(), locus.alleles.end()),
                         locus.alleles.end());
     auto index = [&](Int16 size) {
-        return static_cast<Int16>(std::lower_bound(locus.alleles.begin(), locus.alleles.end(),
-                                                   size) -
-                                  locus.alleles.begin());
+        return static_cast<Int16>(
+            std::lower_bound(locus.alleles.begin(), locus.alleles.end(), size) -
+            locus.alleles.begin());
     };
     for (const auto& [a, b] : sizes) {
         CodedGenotype coded;

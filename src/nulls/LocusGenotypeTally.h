@@ -34,7 +34,7 @@ struct CodedGenotype {
 // The alleles of a locus's scored genotypes, ascending, and each genotype coded against them.
 struct CodedLocus {
     std::vector<Int16> alleles;
-    std::vector<CodedGenotype> genotypes;  // one per individual
+    std::vector<CodedGenotype> genotypes;        // one per individual
     std::vector<std::pair<Int16, Int16>> sizes;  // the alleles as given, one pair per individual
 };
 

@@ -222,10 +222,36 @@ private:
     Layout layout_;
 };
 
+// Below the EM's precision a frequency is reported as 0: the fit stands on the boundary.
+constexpr double kBoundary = 1e-9;
+
+// With F fixed at 0 the loci are independent, and each converges at its own pace.
+ModelFit FitLociApart(const std::vector<LocusGenotypeTally>& loci, bool nulls) {
+    ModelFit fit;
+    fit.converged = true;
+    for (const LocusGenotypeTally& locus : loci) {
+        ModelFit one = Fitter({locus}, {.nulls = nulls, .inbreeding = false}).Fit();
+        fit.visible.push_back(std::move(one.visible[0]));
+        fit.nulls.push_back(one.nulls[0] < kBoundary ? 0.0 : one.nulls[0]);
+        fit.iterations += one.iterations;
+        fit.converged = fit.converged && one.converged;
+    }
+    fit.logLikelihood = LogLikelihood(loci, 0.0, fit.visible, fit.nulls);
+    return fit;
+}
+
 }  // namespace
 
 ModelFit FitModel(const std::vector<LocusGenotypeTally>& loci, ModelTerms terms) {
-    return Fitter(loci, terms).Fit();
+    // No shortcut from the fit with F = 0: that fit can be a local maximum on the boundary
+    // while F = 0.15 holds the global one, null alleles having taken up the excess.
+    if (!terms.inbreeding) return FitLociApart(loci, terms.nulls);
+    ModelFit fit = Fitter(loci, terms).Fit();
+    if (fit.f < kBoundary) fit.f = 0;
+    for (double& pn : fit.nulls)
+        if (pn < kBoundary) pn = 0;
+    fit.logLikelihood = LogLikelihood(loci, fit.f, fit.visible, fit.nulls);
+    return fit;
 }
 
 double LogLikelihood(const std::vector<LocusGenotypeTally>& loci, double f,

@@ -35,7 +35,8 @@ struct ModelFit {
 // 1e-10. The steps are accelerated by squared extrapolation (Varadhan, R. and Roland, C. 2008,
 // Scand. J. Stat. 35: 335-353), which keeps EM's fixed points and its monotone likelihood: an
 // extrapolation that leaves the parameter space or lowers the likelihood gives way to the plain
-// EM steps.
+// EM steps. With F fixed at 0 each locus is fitted on its own, at its own pace. Frequencies
+// below 1e-9 are reported as 0.
 ModelFit FitModel(const std::vector<LocusGenotypeTally>& loci, ModelTerms terms);
 
 // The log-likelihood of the genotypes under the given parameters (the multinomial coefficient

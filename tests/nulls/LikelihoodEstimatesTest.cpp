@@ -198,10 +198,10 @@ TEST(JointNullInbreeding, ModelChoiceWeighsParametersAndSkipsImpossibleModels) {
     };
     const std::array<int, 4> parameters = {10, 15, 11, 16};
     const std::vector<Case> cases = {
-        {{-100, -98, -99.5, -97.9}, NestedModel::kNeither},      // 5 more parameters, 2 units
-        {{-100, -90, -99.5, -89.9}, NestedModel::kNulls},        // AIC 210, 210, 221, 211.8
-        {{-100, -99, -95, -94.9}, NestedModel::kInbreeding},     // one parameter buys 5
-        {{-kInf, -90, -kInf, -80}, NestedModel::kBoth},  // blanks rule out two
+        {{-100, -98, -99.5, -97.9}, NestedModel::kNeither},   // 5 more parameters, 2 units
+        {{-100, -90, -99.5, -89.9}, NestedModel::kNulls},     // AIC 210, 210, 221, 211.8
+        {{-100, -99, -95, -94.9}, NestedModel::kInbreeding},  // one parameter buys 5
+        {{-kInf, -90, -kInf, -80}, NestedModel::kBoth},       // blanks rule out two
     };
     for (const Case& c : cases)
         EXPECT_EQ(ChooseModel(c.logLikelihoods, parameters), c.chosen);
@@ -239,7 +239,8 @@ TEST(LikelihoodEstimates, BootstrapIsReproducibleWhateverTheThreads) {
 
 TEST(LikelihoodEstimates, PrescribedEstimatesAreTheRunsOwn) {
     const std::vector<CodedLocus> loci = Coded(Simulated(0.0, 0.2, 80, 2, 9));
-    const PopulationEstimates result = EstimateNullAllelesAndInbreeding({"A", "B"}, loci, {1, 0, 1});
+    const PopulationEstimates result =
+        EstimateNullAllelesAndInbreeding({"A", "B"}, loci, {1, 0, 1});
     for (std::size_t l = 0; l < loci.size(); ++l) {
         GenotypeSet set;
         Int16 blanks = 0;
