@@ -4,6 +4,8 @@
 // as missing genotypes, as they would in the laboratory.
 //
 // Usage: tavrelle-validate [TABLE_FOLDER] [REPLICATES]  (prints a Markdown table)
+//        tavrelle-validate likelihood [TABLE_FOLDER] [POPULATIONS] [BOOTSTRAP]
+//        (the likelihood estimates and F beside the four: bias, RMSE, interval coverage)
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -12,6 +14,7 @@
 #include <vector>
 
 #include "../../tests/support/SimulatedPopulation.h"
+#include "LikelihoodValidation.h"
 #include "analysis/AlleleAnalysis.h"
 
 namespace {
@@ -78,6 +81,10 @@ Tally RunSetting(double nullFrequency, int samples, int replicates, const std::s
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (argc > 1 && std::string(argv[1]) == "likelihood")
+        return ValidateLikelihood(argc > 2 ? argv[2] : "build/bin",
+                                  argc > 3 ? std::atoi(argv[3]) : 20,
+                                  argc > 4 ? std::atoi(argv[4]) : 200);
     const std::string tables = argc > 1 ? argv[1] : "build/bin";
     const int replicates = argc > 2 ? std::atoi(argv[2]) : 100;
     const std::vector<double> frequencies = {0.0, 0.1, 0.2, 0.3};
