@@ -132,6 +132,9 @@ void frmMain::BuildMenus() {
     tools->addSeparator();
     mnuAnalysis = tools->addAction("&Estimate Frequencies");
     mnuNulls = tools->addAction("&Compare Loci");
+    mnuLikelihood = tools->addAction("&Likelihood Estimates");
+    mnuLikelihood->setEnabled(mnuAnalysis->isEnabled());
+    connect(mnuAnalysis, &QAction::enabledChanged, mnuLikelihood, &QAction::setEnabled);
     QMenu* window = menuBar()->addMenu("&Window");
     connect(window, &QMenu::aboutToShow, this, [this, window] {
         window->clear();
@@ -165,6 +168,7 @@ void frmMain::BuildMenus() {
     Connect(mnuRandAll, &frmMain::RandButton_Click);
     Connect(mnuAnalysis, &frmMain::mnuAnalysis_Click);
     Connect(mnuNulls, &frmMain::mnuNulls_Click);
+    Connect(mnuLikelihood, &frmMain::mnuLikelihood_Click);
     Connect(mnuHelpContents, &frmMain::mnuHelpContents_Click);
     Connect(mnuHelpIndex, &frmMain::mnuHelpIndex_Click);
     Connect(mnuHelpPDF, &frmMain::mnuHelpPDF_Click);

@@ -58,6 +58,7 @@ public:
     void mnuToggle_Click();
     void mnuCloseGraphs_Click();
     void mnuAnalysis_Click();
+    void mnuLikelihood_Click();
     void mnuNulls_Click();
     void ValidateButton_Click();
     void RandButton_Click();
@@ -108,6 +109,7 @@ public:
     QAction *mnuCut, *mnuCopy, *mnuPaste, *mnuSelectAll, *mnuDelete;
     QAction* mnuToggle;
     QAction *mnuRandAll, *mnuDisplayGraphs, *mnuAnalysis, *mnuNulls;
+    QAction* mnuLikelihood;  // enabled together with mnuAnalysis
     QAction *mnuHelpContents, *mnuHelpIndex, *mnuHelpPDF, *mnuHelpQ, *mnuHelpAbout;
     QAction* GridDeleteAction;  // the grid's own deletion of the picked rows
     QToolBar* tbToolbar;

@@ -59,10 +59,9 @@ bool JointCallsNull(const LocusEstimates& locus) {
 void RunSetting(Setting& s, int populations, int bootstrap, const std::string& tables) {
     for (int replicate = 0; replicate < populations; ++replicate) {
         simulate::SimulationParameters parameters;
-        parameters.seed = static_cast<std::uint64_t>(s.samples * 1000000 + s.nulls * 10000 +
-                                                     s.f * 100) *
-                              1000 +
-                          static_cast<std::uint64_t>(replicate);
+        parameters.seed =
+            static_cast<std::uint64_t>(s.samples * 1000000 + s.nulls * 10000 + s.f * 100) * 1000 +
+            static_cast<std::uint64_t>(replicate);
         parameters.sample_counts = {s.samples};
         parameters.inbreeding = s.f;
         for (std::size_t l = 0; l < kLoci; ++l) {
@@ -72,8 +71,8 @@ void RunSetting(Setting& s, int populations, int bootstrap, const std::string& t
             parameters.loci.push_back(simulate::ResolveLocus(request, parameters.seed, l));
         }
         const Table table = SimulatedPopulationTable(simulate::Simulate(parameters));
-        const PopulationEstimates result = EstimateNullAllelesAndInbreeding(
-            table, {parameters.seed, bootstrap, 1});
+        const PopulationEstimates result =
+            EstimateNullAllelesAndInbreeding(table, {parameters.seed, bootstrap, 1});
         for (const LocusEstimates& locus : result.loci) {
             for (std::size_t e = 0; e < kEstimateCount; ++e)
                 s.estimates[e].Add(locus.estimates[e], s.nulls, locus.intervals[e]);
