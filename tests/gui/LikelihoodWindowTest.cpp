@@ -1,8 +1,8 @@
 // Tools > Likelihood Estimates after a run: the window computes on its own thread, shows the
 // seven estimates of every locus and the population's F, and saves its plot in three formats.
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QLabel>
-#include <QElapsedTimer>
 #include <QSpinBox>
 #include <QTableWidget>
 

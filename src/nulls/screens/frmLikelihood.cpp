@@ -75,7 +75,8 @@ void LikelihoodForestPlot::draw(QPainter& painter, QRectF area) const {
     high = std::ceil(high * 10) / 10;
     double nameWidth = 0;
     for (const LocusEstimates& locus : estimates_->loci)
-        nameWidth = std::max(nameWidth, metrics.horizontalAdvance(QString::fromStdString(locus.name)));
+        nameWidth =
+            std::max(nameWidth, metrics.horizontalAdvance(QString::fromStdString(locus.name)));
     const QRectF plot(area.left() + nameWidth + 12, area.top() + 2 * line + 4,
                       area.width() - nameWidth - 24, area.height() - 4 * line - 8);
     auto x = [&](double v) { return plot.left() + (v - low) / (high - low) * plot.width(); };
@@ -84,7 +85,8 @@ void LikelihoodForestPlot::draw(QPainter& painter, QRectF area) const {
     double at = plot.left();
     for (std::size_t e = 0; e < kEstimateCount; ++e) {
         painter.setPen(QPen(kColours[e], 2));
-        painter.drawLine(QPointF(at, area.top() + line * 0.7), QPointF(at + 14, area.top() + line * 0.7));
+        painter.drawLine(QPointF(at, area.top() + line * 0.7),
+                         QPointF(at + 14, area.top() + line * 0.7));
         painter.setPen(Qt::black);
         painter.drawText(QPointF(at + 18, area.top() + line), kEstimateLabels[e]);
         at += 30 + metrics.horizontalAdvance(kEstimateLabels[e]);
@@ -109,8 +111,8 @@ void LikelihoodForestPlot::draw(QPainter& painter, QRectF area) const {
         const LocusEstimates& locus = estimates_->loci[l];
         const double top = plot.top() + row * static_cast<double>(l);
         painter.setPen(Qt::black);
-        painter.drawText(QRectF(area.left(), top, nameWidth + 6, row), Qt::AlignRight | Qt::AlignVCenter,
-                         QString::fromStdString(locus.name));
+        painter.drawText(QRectF(area.left(), top, nameWidth + 6, row),
+                         Qt::AlignRight | Qt::AlignVCenter, QString::fromStdString(locus.name));
         for (std::size_t e = 0; e < kEstimateCount; ++e) {
             const double y = top + row * (static_cast<double>(e) + 1) / (kEstimateCount + 1);
             painter.setPen(QPen(kColours[e], 1.5));
@@ -161,8 +163,8 @@ frmLikelihood::frmLikelihood(Table population, std::uint64_t seed, QWidget* pare
     connect(ComputeButton, &QPushButton::clicked, this, &frmLikelihood::Compute);
     connect(CloseButton, &QPushButton::clicked, this, &QDialog::close);
     connect(SavePlotButton, &QPushButton::clicked, this, [this] {
-        const QString file = QFileDialog::getSaveFileName(
-            this, "Save Plot", "forest.png", "Pictures (*.png *.svg *.pdf)");
+        const QString file = QFileDialog::getSaveFileName(this, "Save Plot", "forest.png",
+                                                          "Pictures (*.png *.svg *.pdf)");
         if (!file.isEmpty()) SavePlot(file.toStdString());
     });
     Compute();
@@ -207,9 +209,9 @@ void frmLikelihood::ShowResult() {
         const LocusEstimates& locus = result_.loci[l];
         names << QString::fromStdString(locus.name);
         for (std::size_t e = 0; e < kEstimateCount; ++e)
-            EstimatesTable->setItem(static_cast<int>(l), static_cast<int>(e),
-                                    new QTableWidgetItem(WithInterval(locus.estimates[e],
-                                                                      locus.intervals[e])));
+            EstimatesTable->setItem(
+                static_cast<int>(l), static_cast<int>(e),
+                new QTableWidgetItem(WithInterval(locus.estimates[e], locus.intervals[e])));
     }
     EstimatesTable->setVerticalHeaderLabels(names);
     EstimatesTable->resizeColumnsToContents();
