@@ -1,5 +1,7 @@
 #include "LikelihoodValidation.h"
 
+#include "AnalyseCommand.h"
+
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -81,21 +83,23 @@ void RunSetting(Setting& s, int populations, int bootstrap, const std::string& t
         }
         s.inbreeding.Add(result.inbreeding.f, s.f, result.inbreeding.interval);
         if (s.nulls > 0) continue;  // the verdict's false alarms matter without null alleles
-        RecordingPrompter prompter;
-        RunSettings settings;
-        settings.seed = 12345 + replicate;
-        settings.randomisations = 1000;
-        settings.repeatCodes.assign(kLoci, 2);
-        settings.tableFolder = tables;
-        RunHooks hooks;
-        hooks.prompter = &prompter;
-        AlleleAnalysis analysis(table, settings, hooks);
-        if (analysis.RunError() || !analysis.StopMessage().empty()) continue;
-        for (const LocusResult& locus : analysis.Loci()) {
+        const auto analysis = AnalyseAsTheCommandDoes(table, 12345 + replicate, kLoci, tables);
+        if (!analysis) continue;
+        for (const LocusResult& locus : analysis->Loci()) {
             ++s.verdictLoci;
             s.calledByVerdict += locus.nullPresent == "yes" ? 1 : 0;
         }
     }
+}
+
+void PrintHeader() {
+    std::printf("| null | F | samples |");
+    for (const char* label : kEstimateLabels)
+        std::printf(" %s |", label);
+    std::printf(" F |\n|---:|---:|---:|");
+    for (std::size_t e = 0; e <= kEstimateCount; ++e)
+        std::printf("---:|");
+    std::printf("\n");
 }
 
 }  // namespace
@@ -118,13 +122,7 @@ int ValidateLikelihood(const std::string& tables, int populations, int bootstrap
 
     std::printf("RMSE (bias) of each estimate, %d populations x %d loci per row\n\n", populations,
                 kLoci);
-    std::printf("| null | F | samples |");
-    for (const char* label : kEstimateLabels)
-        std::printf(" %s |", label);
-    std::printf(" F |\n|---:|---:|---:|");
-    for (std::size_t e = 0; e <= kEstimateCount; ++e)
-        std::printf("---:|");
-    std::printf("\n");
+    PrintHeader();
     for (const Setting& s : settings) {
         std::printf("| %.1f | %.1f | %d |", s.nulls, s.f, s.samples);
         for (const Error& e : s.estimates)
@@ -132,13 +130,7 @@ int ValidateLikelihood(const std::string& tables, int populations, int bootstrap
         std::printf(" %.3f (%+.3f) |\n", s.inbreeding.Rmse(), s.inbreeding.Bias());
     }
     std::printf("\nCoverage of the 95%% intervals (%d bootstrap replicates)\n\n", bootstrap);
-    std::printf("| null | F | samples |");
-    for (const char* label : kEstimateLabels)
-        std::printf(" %s |", label);
-    std::printf(" F |\n|---:|---:|---:|");
-    for (std::size_t e = 0; e <= kEstimateCount; ++e)
-        std::printf("---:|");
-    std::printf("\n");
+    PrintHeader();
     for (const Setting& s : settings) {
         std::printf("| %.1f | %.1f | %d |", s.nulls, s.f, s.samples);
         for (const Error& e : s.estimates)

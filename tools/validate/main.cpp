@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "../../tests/support/SimulatedPopulation.h"
+#include "AnalyseCommand.h"
 #include "LikelihoodValidation.h"
 #include "analysis/AlleleAnalysis.h"
 
@@ -59,20 +60,13 @@ Tally RunSetting(double nullFrequency, int samples, int replicates, const std::s
             parameters.loci.push_back(simulate::ResolveLocus(request, parameters.seed, l));
         }
         Table table = SimulatedPopulationTable(simulate::Simulate(parameters));
-        RecordingPrompter prompter;
-        RunSettings settings;
-        settings.seed = 12345 + replicate;
-        settings.randomisations = 1000;
-        settings.repeatCodes.assign(kLociPerPopulation, 2);
-        settings.tableFolder = tables;
-        RunHooks hooks;
-        hooks.prompter = &prompter;
-        AlleleAnalysis analysis(table, settings, hooks);
-        if (analysis.RunError() || !analysis.StopMessage().empty()) {
+        const auto analysis =
+            AnalyseAsTheCommandDoes(table, 12345 + replicate, kLociPerPopulation, tables);
+        if (!analysis) {
             ++tally.failed;
             continue;
         }
-        for (const LocusResult& locus : analysis.Loci())
+        for (const LocusResult& locus : analysis->Loci())
             tally.Add(locus);
     }
     return tally;
