@@ -48,9 +48,9 @@ void AddPopulations(const std::string& text, std::vector<int>& populations) {
 
 // Options that steer an analysis, which mean nothing to a conversion.
 bool IsAnalysisOption(const std::string& argument) {
-    for (const char* option :
-         {"--population", "--seed", "--randomisations", "--confidence", "--repeat",
-          "--max-allele-size", "--on-suspect", "--json", "--csv", "--report", "--threads"})
+    for (const char* option : {"--population", "--seed", "--randomisations", "--confidence",
+                               "--repeat", "--max-allele-size", "--on-suspect", "--json", "--csv",
+                               "--report", "--threads", "--bootstrap"})
         if (argument == option) return true;
     return false;
 }
@@ -151,6 +151,10 @@ BatchOptions ParseBatchOptions(const std::vector<std::string>& arguments) {
             std::int32_t threads = WholeNumber("--threads", value());
             if (threads < 1 || threads > 256) Refuse("--threads: give 1 to 256.");
             options.threads = threads;
+        } else if (argument == "--bootstrap") {
+            std::int32_t replicates = WholeNumber("--bootstrap", value());
+            if (replicates < 0 || replicates > 100000) Refuse("--bootstrap: give 0 to 100000.");
+            options.bootstrap = replicates;
         } else if (argument.starts_with("--")) {
             Refuse("Unknown option " + argument + ". See --help.");
         } else if (options.file.empty()) {
@@ -220,6 +224,8 @@ Options:
                            Example: --report report.html
   --threads N              Populations analysed at once. Default: every core. The results do
                            not depend on it.
+  --bootstrap N            Bootstrap replicates for the 95% intervals of the null allele
+                           estimates and of F, 0 for none. Default 1000. Example: --bootstrap 200
   --help                   This text.
 
 Each population is its own run with a fresh generator seeded with the seed, so a population's

@@ -32,7 +32,8 @@ struct BatchOptions {
     std::optional<std::string> jsonFile;  // "-" for standard output
     std::optional<std::string> csvFile;
     std::optional<std::string> reportFile;
-    int threads = 0;  // 0: every core
+    int threads = 0;       // 0: every core
+    int bootstrap = 1000;  // replicates for the likelihood estimates' intervals; 0: none
     bool help = false;
 };
 

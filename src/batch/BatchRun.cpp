@@ -137,6 +137,7 @@ BatchReport RunBatch(const BatchOptions& options, const std::filesystem::path& t
     settings.tableFolder = tableFolder;
     settings.isExcel = IsExcelKind(loaded.kind);
     settings.threads = options.threads;
+    settings.bootstrap = options.bootstrap;
     RunStudy(chosen, settings, [&](PopulationResult&& population) {
         if (population.action == "stop" && population.error &&
             population.error->starts_with("Suspect values"))

@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include "base/Version.h"
 #include "batch/BatchReport.h"
 #include "batch/JsonWriter.h"
@@ -51,7 +53,16 @@ void WriteDecisions(JsonWriter& json, const LocusDecisions& d) {
 
 const char* const kMethodKeys[] = {"velmaret", "chakraborty", "brookfield1", "brookfield2"};
 
-void WriteNullAlleles(JsonWriter& json, const LocusResult& locus, bool withGenotypes) {
+void WriteInterval(JsonWriter& json, const Interval& interval) {
+    if (std::isnan(interval.low) && std::isnan(interval.high)) return json.Null();
+    json.BeginArray(true);
+    json.Number(interval.low);
+    json.Number(interval.high);
+    json.EndArray();
+}
+
+void WriteNullAlleles(JsonWriter& json, const LocusResult& locus, bool withGenotypes,
+                      const LocusEstimates* likelihood) {
     json.Key("probability_text");
     json.String(locus.probabilityText);
     json.Key("interpretation_text");
@@ -64,7 +75,20 @@ void WriteNullAlleles(JsonWriter& json, const LocusResult& locus, bool withGenot
         json.Key(kMethodKeys[m]);
         json.Number(locus.nulls.estimates[m]);
     }
+    for (std::size_t e = 4; likelihood && e < kEstimateCount; ++e) {
+        json.Key(kEstimateKeys[e]);
+        json.Number(likelihood->estimates[e]);
+    }
     json.EndObject();
+    if (likelihood) {
+        json.Key("estimate_intervals");
+        json.BeginObject();
+        for (std::size_t e = 0; e < kEstimateCount; ++e) {
+            json.Key(kEstimateKeys[e]);
+            WriteInterval(json, likelihood->intervals[e]);
+        }
+        json.EndObject();
+    }
     json.Key("estimates_line");
     json.String(locus.nulls.estimatesLine);
     json.Key("adjusted_frequencies_text");
@@ -96,7 +120,8 @@ void WriteNullAlleles(JsonWriter& json, const LocusResult& locus, bool withGenot
     json.EndObject();
 }
 
-void WriteLocus(JsonWriter& json, const LocusResult& locus, bool withGenotypes) {
+void WriteLocus(JsonWriter& json, const LocusResult& locus, bool withGenotypes,
+                const LocusEstimates* likelihood) {
     json.BeginObject();
     json.Key("index");
     json.Integer(locus.index);
@@ -141,7 +166,29 @@ void WriteLocus(JsonWriter& json, const LocusResult& locus, bool withGenotypes) 
     json.EndArray();
     json.Key("combined_probability");
     json.String(binomial.combinedProbabilityLabel);
-    WriteNullAlleles(json, locus, withGenotypes);
+    WriteNullAlleles(json, locus, withGenotypes, likelihood);
+    json.EndObject();
+}
+
+void WriteInbreeding(JsonWriter& json, const std::optional<PopulationEstimates>& likelihood) {
+    if (!likelihood) return json.Null();
+    const InbreedingResult& inbreeding = likelihood->inbreeding;
+    json.BeginObject();
+    json.Key("f");
+    json.Number(inbreeding.f);
+    json.Key("interval");
+    WriteInterval(json, inbreeding.interval);
+    json.Key("model");
+    json.String(kNestedModelNames[static_cast<std::size_t>(inbreeding.model)]);
+    json.Key("log_likelihoods");
+    json.BeginObject();
+    for (std::size_t m = 0; m < 4; ++m) {
+        json.Key(kNestedModelNames[m]);
+        json.Number(inbreeding.logLikelihoods[m]);
+    }
+    json.EndObject();
+    json.Key("verdict");
+    json.String(inbreeding.verdict);
     json.EndObject();
 }
 
@@ -186,11 +233,16 @@ void WritePopulation(JsonWriter& json, const PopulationResult& population) {
     json.BeginArray();
     if (population.analysis) {
         for (const LocusResult& locus : population.analysis->Loci())
-            WriteLocus(json, locus, population.analysis->AnyNullLocus());
+            WriteLocus(json, locus, population.analysis->AnyNullLocus(),
+                       population.likelihood
+                           ? &population.likelihood->loci.at(static_cast<std::size_t>(locus.index))
+                           : nullptr);
     }
     json.EndArray();
     json.Key("summary_text");
     json.String(population.analysis ? population.analysis->SummaryText() : "");
+    json.Key("inbreeding");
+    WriteInbreeding(json, population.likelihood);
     json.EndObject();
 }
 

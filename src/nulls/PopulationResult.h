@@ -8,6 +8,7 @@
 
 #include "analysis/AlleleAnalysis.h"
 #include "base/Prompter.h"
+#include "nulls/LikelihoodEstimates.h"
 #include "population/Table.h"
 
 namespace tavrelle {
@@ -38,8 +39,9 @@ struct PopulationResult {
     std::string action = "none";    // none, omit, proceed or stop
     std::vector<Message> messages;  // every box the desktop program would have shown
     std::optional<std::string> error;
-    std::string errorLocus;                    // the locus the run had in hand when it failed
-    std::unique_ptr<AlleleAnalysis> analysis;  // absent when no run took place
+    std::string errorLocus;                         // the locus the run had in hand when it failed
+    std::unique_ptr<AlleleAnalysis> analysis;       // absent when no run took place
+    std::optional<PopulationEstimates> likelihood;  // with every run that finished
 
     bool Analysed() const { return !error.has_value(); }
     // Suspect values besides missing alleles ("0"), which every real data set has.

@@ -188,8 +188,14 @@ PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const Study
             if (result.analysis->RunError()) {
                 result.error = RunTimeError(*result.analysis->RunError());
                 result.errorLocus = result.analysis->ErrorLocus();
-            } else if (!result.analysis->StopMessage().empty())
+            } else if (!result.analysis->StopMessage().empty()) {
                 result.error = result.analysis->StopMessage();
+            } else {
+                // A population alone may use every core; one of many, just its own.
+                const unsigned cores = threaded ? static_cast<unsigned>(settings.threads) : 1U;
+                result.likelihood = EstimateNullAllelesAndInbreeding(
+                    table, {static_cast<std::uint32_t>(settings.seed), settings.bootstrap, cores});
+            }
         }
     } catch (const ProgramError& error) {
         result.error = RunTimeError(error);

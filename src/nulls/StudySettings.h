@@ -28,6 +28,7 @@ struct StudySettings {
     std::filesystem::path tableFolder;  // where the statistical tables are
     bool isExcel = false;               // the data came from a workbook
     int threads = 0;                    // 0: the CPUs this process may run on
+    int bootstrap = 1000;  // replicates for the likelihood estimates' intervals; 0: none
 };
 
 }  // namespace tavrelle

@@ -134,6 +134,9 @@ void frmMain::BuildMenus() {
     tools->addSeparator();
     mnuAnalysis = tools->addAction("&Estimate Frequencies");
     mnuNulls = tools->addAction("&Compare Loci");
+    mnuLikelihood = tools->addAction("&Likelihood Estimates");
+    mnuLikelihood->setEnabled(mnuAnalysis->isEnabled());
+    connect(mnuAnalysis, &QAction::enabledChanged, mnuLikelihood, &QAction::setEnabled);
     tools->addSeparator();
     mnuStudyOverview = tools->addAction("&Study Overview");
     QMenu* window = menuBar()->addMenu("&Window");
@@ -169,6 +172,7 @@ void frmMain::BuildMenus() {
     Connect(mnuRandAll, &frmMain::RandButton_Click);
     Connect(mnuAnalysis, &frmMain::mnuAnalysis_Click);
     Connect(mnuNulls, &frmMain::mnuNulls_Click);
+    Connect(mnuLikelihood, &frmMain::mnuLikelihood_Click);
     Connect(mnuStudyOverview, &frmMain::mnuStudyOverview_Click);
     Connect(mnuExportReport, &frmMain::mnuExportReport_Click);
     Connect(mnuHelpContents, &frmMain::mnuHelpContents_Click);

@@ -58,6 +58,7 @@ public:
     void mnuToggle_Click();
     void mnuCloseGraphs_Click();
     void mnuAnalysis_Click();
+    void mnuLikelihood_Click();
     void mnuNulls_Click();
     // Study Overview and Export Report: every population of the file in one window.
     void mnuStudyOverview_Click();
@@ -112,6 +113,7 @@ public:
     QAction* mnuToggle;
     QAction *mnuRandAll, *mnuDisplayGraphs, *mnuAnalysis, *mnuNulls;
     QAction *mnuStudyOverview, *mnuExportReport;
+    QAction* mnuLikelihood;  // enabled together with mnuAnalysis
     QAction *mnuHelpContents, *mnuHelpIndex, *mnuHelpPDF, *mnuHelpQ, *mnuHelpAbout;
     QAction* GridDeleteAction;  // the grid's own deletion of the picked rows
     QToolBar* tbToolbar;

@@ -16,6 +16,7 @@
 #include "checking/PopulationCheck.h"
 #include "nulls/screens/frmAllNulls.h"
 #include "nulls/screens/frmGenotypes.h"
+#include "nulls/screens/frmLikelihood.h"
 #include "nulls/screens/frmNullAllele.h"
 #include "session/GridView.h"
 #include "session/frmMain.h"
@@ -159,6 +160,15 @@ void frmMain::mnuAnalysis_Click() {
     window->setAttribute(Qt::WA_DeleteOnClose);
     window->displayGenotypes = [this](int locus) { ShowGenotypes(locus); };
     window->moreInfo = [this] { Guarded([this] { DisplayAlleleFreqHelp(); }); };
+    SetFormOnTop(window);
+    ResultWindows.push_back(window);
+}
+
+void frmMain::mnuLikelihood_Click() {
+    if (!session_.gAnalysis || !session_.gInputData) return;
+    auto* window = new frmLikelihood(session_.gInputData->rsAlleleData,
+                                     static_cast<std::uint32_t>(session_.gRandomSeed), this);
+    window->setAttribute(Qt::WA_DeleteOnClose);
     SetFormOnTop(window);
     ResultWindows.push_back(window);
 }

@@ -21,6 +21,7 @@ enum StreamPurpose : std::uint64_t {
     kPopulationFrequencies = 3,
     kGenotypes = 4,
     kSampleNames = 5,
+    kIdentityByDescent = 6,  // its own stream, so that F = 0 leaves every other draw as it was
 };
 
 // Draws per genotype, used or not, so that no parameter shifts the draws of later samples.
@@ -214,8 +215,8 @@ struct LocusModel {
     double span = 0.0;  // bp at which drop-out reaches full strength
 };
 
-void SimulateGenotype(const LocusModel& model, Random& random, Genotype& truth, Genotype& scored,
-                      std::uint8_t& events) {
+void SimulateGenotype(const LocusModel& model, Random& random, bool identicalByDescent,
+                      Genotype& truth, Genotype& scored, std::uint8_t& events) {
     const LocusParameters& locus = *model.parameters;
     double u[kDrawsPerGenotype];
     for (double& draw : u)
@@ -223,6 +224,7 @@ void SimulateGenotype(const LocusModel& model, Random& random, Genotype& truth, 
 
     int a = u[2] < locus.null_frequency ? 0 : model.sizes[Pick(model.cumulative, u[0])];
     int b = u[3] < locus.null_frequency ? 0 : model.sizes[Pick(model.cumulative, u[1])];
+    if (identicalByDescent) b = a;  // one ancestral copy, null or visible, carried twice
     if (a > b) std::swap(a, b);
     truth = {a, b};
     std::uint8_t happened = kNoEvent;
@@ -491,6 +493,10 @@ std::string Validate(const SimulationParameters& parameters) {
         return "differentiation must be at least 0 and below 1, not " +
                NumberText(parameters.differentiation);
     }
+    if (!(parameters.inbreeding >= 0.0 && parameters.inbreeding < 1.0)) {
+        return "inbreeding must be at least 0 and below 1, not " +
+               NumberText(parameters.inbreeding);
+    }
     if (parameters.title.find_first_of("\r\n") != std::string::npos) {
         return "the title must be a single line";
     }
@@ -528,6 +534,7 @@ std::string Describe(const SimulationParameters& parameters) {
     text += "), " + std::to_string(parameters.loci.size()) +
             (parameters.loci.size() == 1 ? " locus" : " loci");
     if (counts.size() > 1) text += ", differentiation " + NumberText(parameters.differentiation);
+    if (parameters.inbreeding > 0.0) text += ", inbreeding F " + NumberText(parameters.inbreeding);
 
     const auto& loci = parameters.loci;
     text += ListOf(loci, &LocusParameters::null_frequency, "null");
@@ -592,8 +599,10 @@ SimulatedData Simulate(const SimulationParameters& parameters) {
             LocusModel& model = models[l];
             model.cumulative = Cumulative(population.frequencies[l]);
             Random random(StreamSeed(parameters.seed, kGenotypes, l, p));
+            Random descent(StreamSeed(parameters.seed, kIdentityByDescent, l, p));
             for (Sample& sample : population.samples) {
-                SimulateGenotype(model, random, sample.truth[l], sample.scored[l],
+                const bool identical = descent.Uniform() < parameters.inbreeding;
+                SimulateGenotype(model, random, identical, sample.truth[l], sample.scored[l],
                                  sample.events[l]);
             }
         }

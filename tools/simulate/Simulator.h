@@ -87,6 +87,9 @@ struct SimulationParameters {
     std::vector<int> sample_counts{50};  // one entry per population
     std::vector<LocusParameters> loci;
     double differentiation = 0.3;  // 0 (same frequencies everywhere) .. below 1
+    // Chance that an individual's two copies at a locus are identical by descent (one allele
+    // carried twice), drawn afresh for every individual and locus; 0 .. below 1.
+    double inbreeding = 0.0;
     NameStyle name_style = NameStyle::kNumbered;
     std::string title;  // first line of the file; empty: Describe(parameters)
 };

@@ -42,6 +42,8 @@ Options:
   --differentiation D   how far the allele frequencies of populations differ: each frequency
                         is scaled by a random factor 1-D .. 1+D per population, 0 <= D < 1
                         (default 0.3)
+  --inbreeding F        chance that an individual's two allele copies at a locus are identical
+                        by descent, drawn afresh at each locus, 0 <= F < 1 (default 0)
   --names STYLE         sample names: numbered (pop1_001, pop1_002, ...; the default) or coded
                         (a random three-letter code per population: KRV001, KRV002, ...)
   --title TEXT          first line of the file (default: what made it, the seed, the sizes and
@@ -104,6 +106,7 @@ struct Options {
     std::vector<sim::LocusRequest> locusRequests;
     sim::LocusRequest defaults;
     double differentiation = 0.3;
+    double inbreeding = 0.0;
     sim::NameStyle names = sim::NameStyle::kNumbered;
     std::optional<std::string> title;
     std::string out = "-";
@@ -182,7 +185,7 @@ Options ParseCommandLine(const std::vector<std::string_view>& args) {
         static constexpr std::string_view kKnown[] = {
             "--seed",  "--populations", "--samples",         "--loci",
             "--locus", "--default",     "--differentiation", "--names",
-            "--title", "--out",         "--report"};
+            "--title", "--out",         "--report",          "--inbreeding"};
         bool known = false;
         for (const auto k : kKnown)
             known = known || k == name;
@@ -213,6 +216,8 @@ Options ParseCommandLine(const std::vector<std::string_view>& args) {
             options.defaults = sim::MergeRequests(options.defaults, request);
         } else if (name == "--differentiation") {
             options.differentiation = ParseFraction(name, value);
+        } else if (name == "--inbreeding") {
+            options.inbreeding = ParseFraction(name, value);
         } else if (name == "--names") {
             if (value == "numbered") {
                 options.names = sim::NameStyle::kNumbered;
@@ -268,6 +273,7 @@ sim::SimulationParameters BuildParameters(const Options& options) {
     }
 
     parameters.differentiation = options.differentiation;
+    parameters.inbreeding = options.inbreeding;
     parameters.name_style = options.names;
     if (options.title) {
         if (options.title->empty()) throw UsageError("--title cannot be empty");

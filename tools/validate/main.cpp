@@ -4,6 +4,8 @@
 // as missing genotypes, as they would in the laboratory.
 //
 // Usage: tavrelle-validate [TABLE_FOLDER] [REPLICATES]  (prints a Markdown table)
+//        tavrelle-validate likelihood [TABLE_FOLDER] [POPULATIONS] [BOOTSTRAP]
+//        (the likelihood estimates and F beside the four: bias, RMSE, interval coverage)
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -12,6 +14,8 @@
 #include <vector>
 
 #include "../../tests/support/SimulatedPopulation.h"
+#include "AnalyseCommand.h"
+#include "LikelihoodValidation.h"
 #include "analysis/AlleleAnalysis.h"
 
 namespace {
@@ -56,20 +60,13 @@ Tally RunSetting(double nullFrequency, int samples, int replicates, const std::s
             parameters.loci.push_back(simulate::ResolveLocus(request, parameters.seed, l));
         }
         Table table = SimulatedPopulationTable(simulate::Simulate(parameters));
-        RecordingPrompter prompter;
-        RunSettings settings;
-        settings.seed = 12345 + replicate;
-        settings.randomisations = 1000;
-        settings.repeatCodes.assign(kLociPerPopulation, 2);
-        settings.tableFolder = tables;
-        RunHooks hooks;
-        hooks.prompter = &prompter;
-        AlleleAnalysis analysis(table, settings, hooks);
-        if (analysis.RunError() || !analysis.StopMessage().empty()) {
+        const auto analysis =
+            AnalyseAsTheCommandDoes(table, 12345 + replicate, kLociPerPopulation, tables);
+        if (!analysis) {
             ++tally.failed;
             continue;
         }
-        for (const LocusResult& locus : analysis.Loci())
+        for (const LocusResult& locus : analysis->Loci())
             tally.Add(locus);
     }
     return tally;
@@ -78,6 +75,10 @@ Tally RunSetting(double nullFrequency, int samples, int replicates, const std::s
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (argc > 1 && std::string(argv[1]) == "likelihood")
+        return ValidateLikelihood(argc > 2 ? argv[2] : "build/bin",
+                                  argc > 3 ? std::atoi(argv[3]) : 20,
+                                  argc > 4 ? std::atoi(argv[4]) : 200);
     const std::string tables = argc > 1 ? argv[1] : "build/bin";
     const int replicates = argc > 2 ? std::atoi(argv[2]) : 100;
     const std::vector<double> frequencies = {0.0, 0.1, 0.2, 0.3};

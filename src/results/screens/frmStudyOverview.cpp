@@ -233,6 +233,7 @@ bool frmStudyOverview::Run() {
     request_.settings.isExcel = study.isExcel;
     request_.settings.seed = seed_;
     request_.settings.onSuspect = SuspectPolicy::Proceed;
+    request_.settings.bootstrap = 0;  // the overview shows point estimates only
     populationCount_ = static_cast<int>(populations_.size());
     results_.clear();
     table_ = StudyTable();

@@ -1,0 +1,75 @@
+#include "nulls/JointNullInbreeding.h"
+
+#include <cmath>
+#include <cstdio>
+#include <limits>
+
+namespace tavrelle {
+
+JointFit FitJointModel(const std::vector<LocusGenotypeTally>& loci) {
+    JointFit joint;
+    int frequencies = 0;
+    int nullable = 0;
+    for (const LocusGenotypeTally& locus : loci) {
+        if (!locus.alleles.empty()) frequencies += static_cast<int>(locus.alleles.size()) - 1;
+        if (locus.Individuals() > 0) ++nullable;
+    }
+    joint.parameters = {frequencies, frequencies + nullable, frequencies + 1,
+                        frequencies + nullable + 1};
+    for (std::size_t m = 0; m < 4; ++m) {
+        const ModelTerms terms{.nulls = (m & 1) != 0, .inbreeding = (m & 2) != 0};
+        ModelFit fit = FitModel(loci, terms);
+        joint.logLikelihoods[m] = fit.logLikelihood;
+        if (m == static_cast<std::size_t>(NestedModel::kBoth)) joint.both = std::move(fit);
+    }
+    joint.chosen = ChooseModel(joint.logLikelihoods, joint.parameters);
+    return joint;
+}
+
+NestedModel ChooseModel(const std::array<double, 4>& logLikelihoods,
+                        const std::array<int, 4>& parameters) {
+    std::size_t best = 3;
+    double least = std::numeric_limits<double>::infinity();
+    for (std::size_t m = 0; m < 4; ++m) {
+        const double aic = 2.0 * parameters[m] - 2 * logLikelihoods[m];
+        if (std::isfinite(aic) && aic < least) {
+            least = aic;
+            best = m;
+        }
+    }
+    return static_cast<NestedModel>(best);
+}
+
+std::string InbreedingVerdict(NestedModel model, double f, double low, double high) {
+    char estimate[96];
+    if (std::isfinite(low) && std::isfinite(high))
+        std::snprintf(estimate, sizeof estimate, "F = %.3f (95%% interval %.3f to %.3f)", f, low,
+                      high);
+    else
+        std::snprintf(estimate, sizeof estimate, "F = %.3f (no interval)", f);
+    switch (model) {
+        case NestedModel::kNeither:
+            return std::string(
+                       "The genotypes fit Hardy-Weinberg proportions: neither null "
+                       "alleles nor inbreeding is needed to explain them; ") +
+                   estimate + ".";
+        case NestedModel::kNulls:
+            return std::string(
+                       "The homozygote excess differs from locus to locus, which points "
+                       "to null alleles at some loci rather than to inbreeding; ") +
+                   estimate + ".";
+        case NestedModel::kInbreeding:
+            return std::string(
+                       "A homozygote excess shared by the loci points to inbreeding or "
+                       "population structure rather than to null alleles; ") +
+                   estimate + ".";
+        case NestedModel::kBoth:
+            break;
+    }
+    return std::string(
+               "Both are needed: a homozygote excess shared by the loci (inbreeding or "
+               "population structure) and null alleles at some loci; ") +
+           estimate + ".";
+}
+
+}  // namespace tavrelle

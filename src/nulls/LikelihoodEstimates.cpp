@@ -1,0 +1,141 @@
+#include "nulls/LikelihoodEstimates.h"
+
+#include <algorithm>
+#include <cmath>
+#include <thread>
+
+#include "base/Numbers.h"
+#include "nulls/NullAlleleEm.h"
+#include "nulls/NullAlleleEstimates.h"
+
+namespace tavrelle {
+
+namespace {
+
+// The seven estimates of every locus and F, for the sample drawn with `multiplicity`.
+struct SampleEstimates {
+    std::vector<std::array<double, kEstimateCount>> loci;
+    double f = kNoValue;
+};
+
+std::array<double, 4> PrescribedEstimates(const CodedLocus& locus,
+                                          const std::vector<int>& multiplicity) {
+    GenotypeSet set;
+    long long blanks = 0;
+    for (std::size_t i = 0; i < locus.genotypes.size(); ++i) {
+        const CodedGenotype& g = locus.genotypes[i];
+        if (g.kind == CodedGenotype::kBlank) blanks += multiplicity[i];
+        if (g.kind != CodedGenotype::kScored) continue;
+        const auto [a, b] = locus.sizes[i];
+        for (int k = 0; k < multiplicity[i]; ++k)
+            set.push_back({a, b, static_cast<Int16>(std::abs(a - b))});
+    }
+    try {
+        return CalculateNullAllele(set, Narrow16(blanks), false).estimates;
+    } catch (const ProgramError&) {
+        // A sample where a formula has no value (a negative square root, an overflow).
+        return {kNoValue, kNoValue, kNoValue, kNoValue};
+    }
+}
+
+SampleEstimates Estimate(const std::vector<CodedLocus>& loci, const std::vector<int>& multiplicity,
+                         JointFit* joint) {
+    SampleEstimates result;
+    std::vector<LocusGenotypeTally> tallies;
+    for (const CodedLocus& locus : loci) {
+        tallies.push_back(TallyLocus(locus, multiplicity));
+        std::array<double, kEstimateCount> e{};
+        const std::array<double, 4> prescribed = PrescribedEstimates(locus, multiplicity);
+        std::copy(prescribed.begin(), prescribed.end(), e.begin());
+        e[kEm] = EmNullFrequency(tallies.back());
+        e[kEmMissing] = EmMissingNullFrequency(tallies.back());
+        result.loci.push_back(e);
+    }
+    ModelFit both;
+    if (joint) {
+        *joint = FitJointModel(tallies);
+        both = joint->both;
+    } else {
+        both = FitModel(tallies, {});
+    }
+    result.f = both.f;
+    for (std::size_t l = 0; l < loci.size(); ++l)
+        result.loci[l][kJoint] = tallies[l].Individuals() > 0 ? both.nulls[l] : kNoValue;
+    return result;
+}
+
+}  // namespace
+
+PopulationEstimates EstimateNullAllelesAndInbreeding(const std::vector<std::string>& locusNames,
+                                                     const std::vector<CodedLocus>& loci,
+                                                     const LikelihoodSettings& settings) {
+    const std::size_t individuals = loci.empty() ? 0 : loci.front().genotypes.size();
+    PopulationEstimates result;
+    JointFit joint;
+    const SampleEstimates whole = Estimate(loci, std::vector<int>(individuals, 1), &joint);
+
+    // Replicate r's values stand at index r whatever thread computed them.
+    const std::size_t replicates = static_cast<std::size_t>(std::max(0, settings.replicates));
+    const std::size_t slots = loci.size() * kEstimateCount + 1;
+    std::vector<std::vector<double>> drawn(slots, std::vector<double>(replicates, kNoValue));
+    auto work = [&](std::size_t from, std::size_t to) {
+        std::vector<int> multiplicity(individuals);
+        for (std::size_t r = from; r < to; ++r) {
+            BootstrapSampler(settings.seed, r).Draw(multiplicity);
+            const SampleEstimates sample = Estimate(loci, multiplicity, nullptr);
+            for (std::size_t l = 0; l < loci.size(); ++l)
+                for (std::size_t e = 0; e < kEstimateCount; ++e)
+                    drawn[l * kEstimateCount + e][r] = sample.loci[l][e];
+            drawn[slots - 1][r] = sample.f;
+        }
+    };
+    const std::size_t cores =
+        settings.threads > 0 ? settings.threads : std::max(1U, std::thread::hardware_concurrency());
+    const std::size_t threads = std::max<std::size_t>(1, std::min(cores, replicates));
+    std::vector<std::thread> pool;
+    for (std::size_t t = 1; t < threads; ++t)
+        pool.emplace_back(work, replicates * t / threads, replicates * (t + 1) / threads);
+    work(0, replicates / threads);
+    for (std::thread& thread : pool)
+        thread.join();
+
+    for (std::size_t l = 0; l < loci.size(); ++l) {
+        LocusEstimates locus;
+        locus.name = l < locusNames.size() ? locusNames[l] : "";
+        locus.estimates = whole.loci[l];
+        for (std::size_t e = 0; e < kEstimateCount; ++e)
+            locus.intervals[e] = PercentileInterval(drawn[l * kEstimateCount + e]);
+        result.loci.push_back(std::move(locus));
+    }
+    InbreedingResult& inbreeding = result.inbreeding;
+    inbreeding.f = whole.f;
+    inbreeding.interval = PercentileInterval(drawn[slots - 1]);
+    inbreeding.model = joint.chosen;
+    inbreeding.logLikelihoods = joint.logLikelihoods;
+    inbreeding.verdict = InbreedingVerdict(joint.chosen, inbreeding.f, inbreeding.interval.low,
+                                           inbreeding.interval.high);
+    result.replicates = static_cast<int>(replicates);
+    return result;
+}
+
+PopulationEstimates EstimateNullAllelesAndInbreeding(const Table& population,
+                                                     const LikelihoodSettings& settings) {
+    std::vector<std::string> names;
+    std::vector<CodedLocus> loci;
+    for (int column = 2; column + 1 < population.ColumnCount(); column += 2) {
+        names.push_back(population.Cell(1, column));
+        std::vector<std::pair<Int16, Int16>> sizes;
+        for (std::int64_t row = 2; row < population.RecordCount(); ++row) {
+            try {
+                sizes.emplace_back(TextToInt16(population.Cell(row, column)),
+                                   TextToInt16(population.Cell(row, column + 1)));
+            } catch (const ProgramError&) {
+                sizes.emplace_back(1, 0);  // not a size: left out, as a one-allele genotype is
+            }
+        }
+        loci.push_back(CodeLocus(std::move(sizes)));
+    }
+    return EstimateNullAllelesAndInbreeding(names, loci, settings);
+}
+
+}  // namespace tavrelle

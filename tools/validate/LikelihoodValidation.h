@@ -1,0 +1,7 @@
+#pragma once
+
+#include <string>
+
+// Bias, RMSE and interval coverage of all seven null allele estimates and of F on populations
+// simulated with known null allele frequencies and inbreeding; prints Markdown tables.
+int ValidateLikelihood(const std::string& tables, int populations, int bootstrap);
