@@ -8,7 +8,8 @@ namespace {
 
 // "0", "000" and the like: the missing allele, which the check lists as unexpected.
 bool IsMissingAllele(const std::string& value) {
-    return !value.empty() && std::all_of(value.begin(), value.end(), [](char c) { return c == '0'; });
+    return !value.empty() &&
+           std::all_of(value.begin(), value.end(), [](char c) { return c == '0'; });
 }
 
 }  // namespace

@@ -96,9 +96,8 @@ public:
             Slot slot;
             {
                 std::unique_lock lock(mutex_);
-                changed_.wait(lock, [&] {
-                    return slots_[index].done || (stopped_ && index >= started_);
-                });
+                changed_.wait(
+                    lock, [&] { return slots_[index].done || (stopped_ && index >= started_); });
                 if (!slots_[index].done) return;
                 slot = std::move(slots_[index]);
                 slots_[index] = Slot{};
@@ -145,14 +144,21 @@ std::vector<StudyPopulation> StudyPopulations(InputDataSource& store) {
     return all;
 }
 
-PopulationResult AnalyseStudyPopulation(StudyPopulation& population,
-                                        const StudySettings& settings, bool threaded) {
+PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const StudySettings& settings,
+                                        bool threaded) {
     PopulationResult result;
     result.number = population.number;
     Table& table = population.table;
     result.name = ShowPopulationName(table);
     result.samples = table.RecordCount() - 2;
     RecordingPrompter prompter;
+    // The counts of a run are 16-bit: a larger population would overflow them.
+    if (result.samples > kMostSamples) {
+        result.error = "The population has " + std::to_string(result.samples) +
+                       " samples; at most " + std::to_string(kMostSamples) +
+                       " samples of a population can be analysed. Divide it into smaller groups.";
+        return result;
+    }
     try {
         const std::vector<Int16> repeatCodes = RepeatCodes(settings, table);
         CheckFlags flags;
@@ -210,8 +216,8 @@ void RunStudy(std::vector<StudyPopulation>& populations, const StudySettings& se
               const std::function<void(PopulationResult&&)>& deliver,
               const std::atomic<bool>* cancel) {
     if (populations.empty()) return;
-    const std::size_t threads = static_cast<std::size_t>(
-        settings.threads > 0 ? settings.threads : AvailableCpuCount());
+    const std::size_t threads =
+        static_cast<std::size_t>(settings.threads > 0 ? settings.threads : AvailableCpuCount());
     const std::size_t workers = std::min(threads, populations.size());
     // One population at a time draws its random numbers on a second thread instead.
     const bool threaded = workers <= 1 && threads > 1;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <vector>
 
@@ -15,11 +16,14 @@ class InputDataSource;
 // the last one.
 std::vector<StudyPopulation> StudyPopulations(InputDataSource& store);
 
+// The most samples a population may have: its counts are 16-bit.
+inline constexpr std::int64_t kMostSamples = 32767;
+
 // The Analyse command on one population with nobody at the dialogs: the check, the choice about
 // suspect values that the settings make, and the run with a fresh generator from the seed.
 // `threaded` draws the random numbers on a second thread.
-PopulationResult AnalyseStudyPopulation(StudyPopulation& population,
-                                        const StudySettings& settings, bool threaded);
+PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const StudySettings& settings,
+                                        bool threaded);
 
 // The CPUs this process may run on (its affinity), at least 1.
 int AvailableCpuCount();

@@ -46,7 +46,7 @@ std::string Fingerprint(const PopulationResult& result) {
 }
 
 std::vector<std::string> RunFive(int threads, const std::atomic<bool>* cancel = nullptr,
-                             std::atomic<bool>* cancelAfterFirst = nullptr) {
+                                 std::atomic<bool>* cancelAfterFirst = nullptr) {
     std::vector<StudyPopulation> populations = FivePopulations();
     std::vector<std::string> delivered;
     RunStudy(
