@@ -87,6 +87,13 @@ struct LoadedStore {
             throw std::runtime_error("Could not load " + options.file + ":\n" +
                                      std::string(kOpenErrorCaption) + ": " + error.Description());
         }
+        if (store->LocusNames().front().empty() && store->PopulationOverSampleLimit() > 0)
+            throw std::runtime_error(
+                "Could not load " + options.file + ": population " +
+                std::to_string(store->PopulationOverSampleLimit()) + " has more than " +
+                std::to_string(kLargestSampleNumber - 1) +
+                " samples, the most a population of a Genepop file may have. Divide it into "
+                "smaller populations.");
         if (store->LocusNames().front().empty())
             throw std::runtime_error(LoadFailure(options.file, prompter));
     }
@@ -124,6 +131,7 @@ struct Reports {
         if (options.jsonFile)
             entries.push_back({MakeJsonReport(), ReportOutput(*options.jsonFile)});
         if (options.csvFile) entries.push_back({MakeCsvReport(), ReportOutput(*options.csvFile)});
+        // A further report format (a ReportStream and its option) takes a line here.
         if (options.jsonFile != "-" && options.csvFile != "-")
             entries.push_back({MakeTextReport(), ReportOutput("-")});
     }

@@ -48,15 +48,18 @@ std::map<std::string, Int16> ReadRepeatTable(const std::string& path) {
         const std::string_view trimmed = TrimBlanks(line);
         if (trimmed.empty() || trimmed.starts_with('#')) continue;
         const std::size_t separator = line.find_last_of("\t,");
-        const std::string name =
-            separator == std::string::npos ? "" : std::string(TrimBlanks(line.substr(0, separator)));
-        const std::string motif =
-            separator == std::string::npos ? "" : std::string(TrimBlanks(line.substr(separator + 1)));
+        const std::string name = separator == std::string::npos
+                                     ? ""
+                                     : std::string(TrimBlanks(line.substr(0, separator)));
+        const std::string motif = separator == std::string::npos
+                                      ? ""
+                                      : std::string(TrimBlanks(line.substr(separator + 1)));
         const bool valid = !name.empty() && motif.size() == 1 && motif[0] >= '1' && motif[0] <= '6';
         if (!valid)
             throw BatchUsageError("--repeats " + path + ", line " + std::to_string(number) +
                                   ": give a locus name and its motif (1 to 6), separated by a "
-                                  "tab or a comma (got '" + line + "').");
+                                  "tab or a comma (got '" +
+                                  line + "').");
         motifs[name] = static_cast<Int16>(motif[0] - '0');
     }
     return motifs;

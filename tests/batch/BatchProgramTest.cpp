@@ -101,6 +101,10 @@ TEST_F(BatchProgram, TheExitStatusTellsWhatHappened) {
     const std::string small = File("small.gen", kSmallFile);
     const std::string suspect = File("suspect.gen", WithSuspect());
     const std::string twoPops = File("two.gen", kOneTooSmall);
+    std::string huge = "Too many\nLocA\nLocB\nPop\n";
+    for (int sample = 0; sample <= 32767; ++sample)
+        huge += "s , 100102 100100\n";
+    const std::string tooMany = File("huge.gen", huge);
     const struct {
         std::string arguments;
         int status;
@@ -115,6 +119,9 @@ TEST_F(BatchProgram, TheExitStatusTellsWhatHappened) {
         {twoPops + " --repeat 2 --seed 1", 3, "population 2 (b1) was not analysed: "},
         {suspect + " --repeat 2 --seed 1 --on-suspect stop", 4,
          "was not analysed: Suspect values were found"},
+        {tooMany + " --repeat 2", 1,
+         "population 1 has more than 32766 samples, the most a population of a Genepop file may "
+         "have."},
         {"", 2, "Name a Genepop or Excel data file."},
         {small + " --seed 1", 2,
          "no repeat motif for 2 locus/loci: 'LocA', 'LocB'. Give --repeat N"},
@@ -142,6 +149,18 @@ TEST_F(BatchProgram, TheExitStatusTellsWhatHappened) {
         EXPECT_NE(result.output.find(c.said), std::string::npos) << c.arguments << "\n"
                                                                  << result.output;
     }
+}
+
+TEST_F(BatchProgram, WorkbooksReadWhateverTmpdirSays) {
+    const std::string book = Quoted(folder.File("demo.xls"));
+    ASSERT_EQ(RunBatchProgram("convert " + File("small.gen", kSmallFile) + " " + book).exitCode, 0);
+    const std::string expected = RunBatchProgram(book + " --repeat 2 --seed 2 --csv -").output;
+    for (const char* environment : {"env -u TMPDIR", "env TMPDIR=/no/such/folder", "env TMPDIR="})
+        EXPECT_EQ(RunCommand(std::string(environment) + " " + TAVRELLE_BATCH + " 2>&1 " + book +
+                             " --repeat 2 --seed 2 --csv -")
+                      .output,
+                  expected)
+            << environment;
 }
 
 TEST_F(BatchProgram, WithoutItsTablesTheProgramStopsAtOnceNamingThePath) {
@@ -241,9 +260,12 @@ TEST_F(BatchProgram, AnOldReportSurvivesARunThatFails) {
 TEST(StudyThreads, TheDefaultFollowsTheCpuAffinity) {
     cpu_set_t saved;
     ASSERT_EQ(sched_getaffinity(0, sizeof saved, &saved), 0);
+    std::size_t first = 0;
+    while (!CPU_ISSET(first, &saved))
+        ++first;
     cpu_set_t one;
     CPU_ZERO(&one);
-    CPU_SET(0, &one);
+    CPU_SET(first, &one);
     ASSERT_EQ(sched_setaffinity(0, sizeof one, &one), 0);
     EXPECT_EQ(AvailableCpuCount(), 1);
     ASSERT_EQ(sched_setaffinity(0, sizeof saved, &saved), 0);
@@ -251,9 +273,10 @@ TEST(StudyThreads, TheDefaultFollowsTheCpuAffinity) {
     // The program run on one CPU gives the report it gives on every CPU.
     const std::string file = std::string(TAVRELLE_DEMO_FILES) + "/DemoNullAlleles.gen";
     const std::string options = " --repeat 2 --seed 4 --json - 2>/dev/null";
-    EXPECT_EQ(
-        RunCommand("taskset -c 0 " + std::string(TAVRELLE_BATCH) + " " + file + options).output,
-        RunBatchProgram(file + options).output);
+    EXPECT_EQ(RunCommand("taskset -c " + std::to_string(first) + " " + TAVRELLE_BATCH + " " + file +
+                         options)
+                  .output,
+              RunBatchProgram(file + options).output);
 }
 
 TEST(BatchProgramReports, APopulationThatCannotBeAnalysedSaysWhy) {
