@@ -35,7 +35,8 @@ for file in study doubled; do
               --json "$work/out.json" --csv "$work/out.csv") MB peak"
 done
 
-"$simulate" --seed 1 --samples 1000000 --loci 10 --out "$work/big.gen"
+# 100 populations of 10^4: a population holds at most 32766 samples.
+"$simulate" --seed 1 --samples 10000 --populations 100 --loci 10 --out "$work/big.gen"
 size=$(( $(wc -c < "$work/big.gen") / 1048576 ))
 echo "reading a 10^6-sample file ($size MB) and writing it back:" \
      "$(peak "$batch" convert "$work/big.gen" "$work/copy.gen") MB peak"
