@@ -12,7 +12,7 @@
 namespace tavrelle {
 
 struct BatchOptions {
-    std::string file;  // Genepop, .xls or .xlsx, told by its name's ending
+    std::string file;  // Genepop, .xls or .xlsx, told by its name's ending; "-" standard input
     // The workbook's sheet that holds the data, as the sheet dialog would be given it.
     std::string sheet = "Sheet1";
     // A sheet whose locus names are all numbers is loaded as it stands (the OK of the desktop's
@@ -27,14 +27,16 @@ struct BatchOptions {
     Int16 confidenceCode = 0;
     std::optional<Int16> repeatForAll;
     std::map<std::string, Int16> repeatByLocus;
-    std::string maxAlleleSize = "350";  // as typed: the check itself clamps and reports
-    SuspectPolicy onSuspect = SuspectPolicy::Stop;
+    std::optional<std::string> repeatsFile;  // locus, motif table; --repeat NAME=N wins over it
+    std::string maxAlleleSize = "350";       // a whole number, 50 to 700
+    SuspectPolicy onSuspect = SuspectPolicy::Proceed;
     std::optional<std::string> jsonFile;  // "-" for standard output
     std::optional<std::string> csvFile;
-    std::optional<std::string> reportFile;
-    int threads = 0;       // 0: every core
-    int bootstrap = 1000;  // replicates for the likelihood estimates' intervals; 0: none
+    std::optional<std::string> reportFile;  // the HTML study report
+    int bootstrap = 1000;                   // resamples for the estimate intervals; 0: none
+    int threads = 0;                        // 0: the CPUs this process may run on
     bool help = false;
+    bool version = false;
 };
 
 // Reads the command line; a refusal throws std::invalid_argument with the message to print.

@@ -3,7 +3,11 @@
 #include <stdexcept>
 
 #include "analysis/ClockSeed.h"
+#include "analysis/StatisticalTables.h"
 #include "base/Numbers.h"
+#include "batch/BatchReport.h"
+#include "batch/LocusMotifs.h"
+#include "batch/ReportOutput.h"
 #include "nulls/StudyRun.h"
 #include "population/ExcelTexts.h"
 #include "population/ExcelWorkbookWriter.h"
@@ -71,7 +75,8 @@ struct LoadedStore {
         : kind(KindOfFile(options.file)), prompter(options.acceptNumericNames) {
         std::unique_ptr<ExcelSheetReader> reader = MakeExcelSheetReader(kind);
         StoreRequest request;
-        request.fileLocation = options.file;
+        // "-" is standard input, read once as a Genepop file.
+        request.fileLocation = options.file == "-" ? "/dev/stdin" : options.file;
         request.isExcel = IsExcelKind(kind);
         request.excelSheetName = options.sheet;
         request.excelReader = reader.get();
@@ -82,6 +87,13 @@ struct LoadedStore {
             throw std::runtime_error("Could not load " + options.file + ":\n" +
                                      std::string(kOpenErrorCaption) + ": " + error.Description());
         }
+        if (store->LocusNames().front().empty() && store->PopulationOverSampleLimit() > 0)
+            throw std::runtime_error(
+                "Could not load " + options.file + ": population " +
+                std::to_string(store->PopulationOverSampleLimit()) + " has more than " +
+                std::to_string(kLargestSampleNumber - 1) +
+                " samples, the most a population of a Genepop file may have. Divide it into "
+                "smaller populations.");
         if (store->LocusNames().front().empty())
             throw std::runtime_error(LoadFailure(options.file, prompter));
     }
@@ -91,60 +103,148 @@ struct LoadedStore {
     std::unique_ptr<InputDataSource> store;
 };
 
+std::vector<StudyPopulation> ChosenPopulations(InputDataSource& store,
+                                               const BatchOptions& options) {
+    std::vector<StudyPopulation> all = StudyPopulations(store);
+    if (options.populations.empty()) return all;
+    std::vector<StudyPopulation> chosen;
+    for (int number : options.populations) {
+        if (number > static_cast<int>(all.size()))
+            throw BatchUsageError(
+                "--population: " + options.file + " has " + std::to_string(all.size()) +
+                " population(s): there is no population " + std::to_string(number) + ".");
+        chosen.push_back(all[static_cast<std::size_t>(number - 1)]);
+    }
+    return chosen;
+}
+
+// The reports the options ask for, each with where it goes; the text report takes standard
+// output when no other report does.
+struct Reports {
+    struct Entry {
+        std::unique_ptr<ReportStream> stream;
+        ReportOutput output;
+    };
+    std::vector<Entry> entries;
+
+    Reports(const BatchOptions& options, const StudySettings& settings) {
+        if (options.jsonFile)
+            entries.push_back({MakeJsonReport(), ReportOutput(*options.jsonFile)});
+        if (options.csvFile) entries.push_back({MakeCsvReport(), ReportOutput(*options.csvFile)});
+        if (options.reportFile)
+            entries.push_back({MakeHtmlReport(settings), ReportOutput(*options.reportFile)});
+        if (options.jsonFile != "-" && options.csvFile != "-" && options.reportFile != "-")
+            entries.push_back({MakeTextReport(), ReportOutput("-")});
+    }
+    template <typename Piece>
+    void Write(Piece piece) {
+        for (Entry& entry : entries)
+            entry.output.Write(piece(*entry.stream));
+    }
+    void Close() {
+        for (Entry& entry : entries)
+            entry.output.Close();
+    }
+};
+
+void Note(std::ostream& notes, const PopulationResult& p) {
+    const std::string who =
+        "tavrelle-batch: population " + std::to_string(p.number) + " (" + p.name + ")";
+    const std::size_t suspects = p.SuspectCount();
+    if (suspects > 0 && p.action == "proceed")
+        notes << who << ": " << suspects
+              << " suspect value(s) besides missing alleles; analysed with the values as they "
+                 "stand (the JSON \"check\" lists them).\n";
+    else if (suspects > 0 && p.action == "omit")
+        notes << who << ": " << suspects
+              << " suspect value(s) besides missing alleles were made missing (0) and the rest "
+                 "analysed.\n";
+    if (!p.Analysed()) {
+        std::string reason;
+        for (char c : *p.error)
+            if (c != '\r') reason += c == '\n' ? ' ' : c;
+        notes << who << " was not analysed"
+              << (p.errorLocus.empty() ? "" : " (stopped at locus " + p.errorLocus + ")") << ": "
+              << reason << "\n";
+    }
+}
+
 }  // namespace
 
-BatchReport RunBatch(const BatchOptions& options, const std::filesystem::path& tableFolder) {
+int ExitStatusOf(const BatchCounts& counts) {
+    if (counts.stopped == 0) return 0;
+    return counts.analysed > 0 ? 3 : 4;
+}
+
+void RequireTables(const std::filesystem::path& folder) {
+    for (const char* name :
+         {kChiSquareTableFile, kNormalCurveTableFile, kRankCorrelationTableFile}) {
+        const std::filesystem::path path = folder / name;
+        std::error_code error;
+        if (!std::filesystem::is_regular_file(path, error))
+            throw std::runtime_error("the program's table file " + path.string() +
+                                     " is missing; reinstall Tavrelle or put the tables beside "
+                                     "the program.");
+    }
+    try {
+        LoadStatisticalTables(folder);
+    } catch (const ProgramError& error) {
+        throw std::runtime_error("the program's tables in " + folder.string() +
+                                 " could not be read: " + error.Description());
+    }
+}
+
+BatchCounts RunBatch(const BatchOptions& options, const std::filesystem::path& tableFolder,
+                     std::ostream& notes) {
+    RequireTables(tableFolder);
+    const std::map<std::string, Int16> table = options.repeatsFile
+                                                   ? ReadRepeatTable(*options.repeatsFile)
+                                                   : std::map<std::string, Int16>{};
     LoadedStore loaded(options);
     InputDataSource& store = *loaded.store;
 
-    std::vector<StudyPopulation> all = StudyPopulations(store);
-    std::vector<StudyPopulation> chosen;
-    if (options.populations.empty()) {
-        chosen = std::move(all);
-    } else {
-        for (int number : options.populations) {
-            if (number > static_cast<int>(all.size()))
-                throw std::runtime_error(options.file + " has " + std::to_string(all.size()) +
-                                         " population(s): there is no population " +
-                                         std::to_string(number) + ".");
-            chosen.push_back(all[static_cast<std::size_t>(number - 1)]);
-        }
-    }
-
-    BatchReport report;
-    report.file = options.file;
-    report.title = store.TitleLine();
-    report.clockSeed = !options.seed;
-    report.seed = options.seed ? *options.seed : SeedFromClock();
-    report.randomisations = options.randomisations;
-    report.confidenceCode = options.confidenceCode;
-    try {
-        // The size as the check leaves it.
-        report.maxAlleleSize =
-            std::clamp(TextToInt16(options.maxAlleleSize), Int16{50}, Int16{700});
-    } catch (const ProgramError&) {
-        report.maxAlleleSize = 0;
-    }
-
     StudySettings settings;
-    settings.seed = report.seed;
+    settings.repeatByLocus =
+        MotifsOfLoci(store.LocusNames(), options.repeatByLocus, table, options.repeatForAll, notes);
+    std::vector<StudyPopulation> chosen = ChosenPopulations(store, options);
+    // Each population now has its own table; the store's copy of the whole file is not needed.
+    store.rsAllData = Table();
+    store.rsAlleleData = Table();
+
+    BatchHeader header;
+    header.file = options.file == "-" ? "standard input" : options.file;
+    header.title = store.TitleLine();
+    header.clockSeed = !options.seed;
+    header.seed = options.seed ? *options.seed : SeedFromClock();
+    header.randomisations = options.randomisations;
+    header.confidenceCode = options.confidenceCode;
+    header.maxAlleleSize = static_cast<Int16>(std::stoi(options.maxAlleleSize));
+
+    settings.seed = header.seed;
     settings.randomisations = options.randomisations;
     settings.confidenceCode = options.confidenceCode;
     settings.repeatForAll = options.repeatForAll;
-    settings.repeatByLocus = options.repeatByLocus;
     settings.maxAlleleSize = options.maxAlleleSize;
     settings.onSuspect = options.onSuspect;
     settings.tableFolder = tableFolder;
     settings.isExcel = IsExcelKind(loaded.kind);
     settings.threads = options.threads;
     settings.bootstrap = options.bootstrap;
+
+    Reports reports(options, settings);
+    reports.Write([&](ReportStream& stream) { return stream.Begin(header); });
+    BatchCounts counts;
     RunStudy(chosen, settings, [&](PopulationResult&& population) {
         if (population.action == "stop" && population.error &&
             population.error->starts_with("Suspect values"))
             population.error->insert(population.error->size() - 1, " (--on-suspect stop)");
-        report.populations.push_back(std::move(population));
+        Note(notes, population);
+        ++(population.Analysed() ? counts.analysed : counts.stopped);
+        reports.Write([&](ReportStream& stream) { return stream.Population(population); });
     });
-    return report;
+    reports.Write([&](ReportStream& stream) { return stream.End(); });
+    reports.Close();
+    return counts;
 }
 
 std::string ConvertDataFile(const BatchOptions& options) {
@@ -165,7 +265,7 @@ std::string ConvertDataFile(const BatchOptions& options) {
     SaveOutcome outcome =
         IsExcelKind(outputKind)
             ? SaveExcelFile(store, output, title, false, prompter).outcome
-            : SaveGenepopFile(store, output, title, false, IsExcelKind(loaded.kind), prompter);
+            : SaveGenepopFile(store, output, title, false, GenepopSaveRules{false, true}, prompter);
     if (outcome != SaveOutcome::Saved) {
         std::string message = "Could not write " + output + ":";
         for (const Message& m : prompter.messages)
@@ -179,10 +279,6 @@ std::string ConvertDataFile(const BatchOptions& options) {
     std::string summary = "Wrote " + output + " (" + format + "): " + std::to_string(populations) +
                           " population" + (populations == 1 ? "" : "s") + ", " +
                           std::to_string(store.LocusNames().size()) + " loci.\n";
-    if (IsExcelKind(loaded.kind) && !IsExcelKind(outputKind) && populations > 1)
-        summary +=
-            "Note: as the Genepop writer does with workbook data, the first sample of each "
-            "population after the first was not written.\n";
     return summary;
 }
 

@@ -1,4 +1,6 @@
 #include <charconv>
+#include <cmath>
+#include <functional>
 #include <sstream>
 
 #include "base/Numbers.h"
@@ -7,6 +9,8 @@
 namespace tavrelle {
 
 namespace {
+
+const char* const kConfidenceNames[] = {"95", "99", "100", "bonferroni"};
 
 // A field quoted when it holds a separator, a quote or a line break.
 std::string Field(const std::string& text) {
@@ -17,44 +21,175 @@ std::string Field(const std::string& text) {
     return quoted + "\"";
 }
 
-// Shortest text that reads back to the same double.
+// Shortest text that reads back to the same double; an empty field for a missing number.
 std::string Number(double value) {
+    if (!std::isfinite(value)) return "";
     char buffer[32];
     auto [end, ec] = std::to_chars(buffer, buffer + sizeof buffer, value);
     return std::string(buffer, end);
 }
 
+// One convention for every yes/no column, read as logical by R and as bool by pandas.
 std::string Flag(bool value) {
     return value ? "TRUE" : "FALSE";
 }
 
+// A column of the locus part of a row: its name and its value for a locus.
+struct LocusColumn {
+    const char* name;
+    std::function<std::string(const LocusResult&)> value;
+};
+
+std::string Total(const LocusResult& l, std::size_t i) {
+    const bool computed = static_cast<std::size_t>(l.binomial.totalsComputed) > i;
+    return computed ? Number(l.binomial.homozygoteTotals[i]) : "";
+}
+
+// The estimates of the null allele frequency, one column each; a new estimate is one more row.
+const std::vector<LocusColumn>& EstimateColumns() {
+    static const std::vector<LocusColumn> columns = {
+        {"velmaret", [](const LocusResult& l) { return Number(l.nulls.estimates[0]); }},
+        {"chakraborty", [](const LocusResult& l) { return Number(l.nulls.estimates[1]); }},
+        {"brookfield1", [](const LocusResult& l) { return Number(l.nulls.estimates[2]); }},
+        {"brookfield2", [](const LocusResult& l) { return Number(l.nulls.estimates[3]); }},
+    };
+    return columns;
+}
+
+const std::vector<LocusColumn>& LocusColumns() {
+    using L = const LocusResult&;
+    static const std::vector<LocusColumn> columns = [] {
+        std::vector<LocusColumn> c = {
+            {"locus", [](L l) { return Field(l.name); }},
+            {"repeat", [](L l) { return std::to_string(l.repeat); }},
+            {"lowest", [](L l) { return std::to_string(l.lowest); }},
+            {"highest", [](L l) { return std::to_string(l.highest); }},
+            {"scored", [](L l) { return std::to_string(l.Scored()); }},
+            {"missing_genotypes", [](L l) { return std::to_string(l.missingGenotypes); }},
+            {"observed_homozygotes", [](L l) { return Total(l, 0); }},
+            {"expected_homozygotes", [](L l) { return Total(l, 1); }},
+            {"homozygote_chi_square", [](L l) { return Total(l, 2); }},
+            {"combined_probability",
+             [](L l) { return Field(l.binomial.combinedProbabilityLabel); }},
+            {"combined_significant", [](L l) { return Flag(l.binomial.combinedSignificant); }},
+            {"homozygote_excess", [](L l) { return Flag(l.decisions.homozygoteExcess); }},
+            {"class_wide_excess", [](L l) { return Flag(l.decisions.classWideExcess); }},
+            {"one_repeat_deficit", [](L l) { return Flag(l.decisions.oneRepeatDeficit); }},
+            {"upper_class_excess", [](L l) { return Flag(l.decisions.upperClassExcess); }},
+            {"lower_class_excess", [](L l) { return Flag(l.decisions.lowerClassExcess); }},
+            {"large_differences_scarce",
+             [](L l) { return Flag(l.decisions.largeDifferencesScarce); }},
+            {"null_present", [](L l) { return Flag(l.nullPresent == "yes"); }},
+        };
+        c.insert(c.end(), EstimateColumns().begin(), EstimateColumns().end());
+        return c;
+    }();
+    return columns;
+}
+
+// The likelihood estimates of a locus, every estimate's 95% interval, and the population's
+// inbreeding coefficient: columns read from the population's likelihood results.
+struct LikelihoodColumn {
+    std::string name;
+    std::function<std::string(const PopulationEstimates&, std::size_t locus)> value;
+};
+
+const std::vector<LikelihoodColumn>& LikelihoodColumns() {
+    using P = const PopulationEstimates&;
+    static const std::vector<LikelihoodColumn> columns = [] {
+        std::vector<LikelihoodColumn> c;
+        for (std::size_t e = kEm; e < kEstimateCount; ++e)
+            c.push_back({kEstimateKeys[e],
+                         [e](P p, std::size_t l) { return Number(p.loci.at(l).estimates[e]); }});
+        for (std::size_t e = 0; e < kEstimateCount; ++e) {
+            const std::string key = kEstimateKeys[e];
+            c.push_back({key + "_low", [e](P p, std::size_t l) {
+                             return Number(p.loci.at(l).intervals[e].low);
+                         }});
+            c.push_back({key + "_high", [e](P p, std::size_t l) {
+                             return Number(p.loci.at(l).intervals[e].high);
+                         }});
+        }
+        c.push_back({"inbreeding_f", [](P p, std::size_t) { return Number(p.inbreeding.f); }});
+        c.push_back({"inbreeding_f_low",
+                     [](P p, std::size_t) { return Number(p.inbreeding.interval.low); }});
+        c.push_back({"inbreeding_f_high",
+                     [](P p, std::size_t) { return Number(p.inbreeding.interval.high); }});
+        c.push_back({"inbreeding_model", [](P p, std::size_t) {
+                         return std::string(
+                             kNestedModelNames[static_cast<std::size_t>(p.inbreeding.model)]);
+                     }});
+        return c;
+    }();
+    return columns;
+}
+
+class CsvReportStream : public ReportStream {
+public:
+    std::string Begin(const BatchHeader& header) override {
+        // What every row of the file repeats, so that files from several runs stack.
+        runFields_ = Field(header.file) + ',' + std::to_string(header.seed) + ',' +
+                     std::to_string(header.randomisations) + ',' +
+                     kConfidenceNames[header.confidenceCode] + ',' +
+                     std::to_string(header.maxAlleleSize);
+        std::string head =
+            "file,seed,randomisations,confidence,max_allele_size,population,population_name,"
+            "samples,status,stop_reason,suspect_values,suspect_action";
+        for (const LocusColumn& column : LocusColumns())
+            head += std::string(",") + column.name;
+        for (const LikelihoodColumn& column : LikelihoodColumns())
+            head += "," + column.name;
+        return head + "\n";
+    }
+
+    std::string Population(const PopulationResult& p) override {
+        const std::string populationFields = runFields_ + ',' + std::to_string(p.number) + ',' +
+                                             Field(p.name) + ',' + std::to_string(p.samples) + ',' +
+                                             (p.Analysed() ? "analysed" : "stopped") + ',' +
+                                             Field(p.error ? Reason(p) : "") + ',' +
+                                             std::to_string(p.SuspectCount()) + ',' + p.action;
+        std::ostringstream out;
+        const bool anyLocus = p.analysis && !p.analysis->Loci().empty();
+        if (anyLocus) {
+            for (const LocusResult& locus : p.analysis->Loci()) {
+                out << populationFields;
+                for (const LocusColumn& column : LocusColumns())
+                    out << ',' << column.value(locus);
+                for (const LikelihoodColumn& column : LikelihoodColumns())
+                    out << ','
+                        << (p.likelihood
+                                ? column.value(*p.likelihood, static_cast<std::size_t>(locus.index))
+                                : "");
+                out << '\n';
+            }
+        } else {
+            out << populationFields
+                << std::string(LocusColumns().size() + LikelihoodColumns().size(), ',') << '\n';
+        }
+        return out.str();
+    }
+
+    std::string End() override { return {}; }
+
+private:
+    // The stop's message on one line, with the locus the run had in hand.
+    static std::string Reason(const PopulationResult& p) {
+        std::string reason;
+        for (char c : *p.error)
+            if (c != '\r') reason += c == '\n' ? ' ' : c;
+        while (reason.find("  ") != std::string::npos)
+            reason.erase(reason.find("  "), 1);
+        if (!p.errorLocus.empty()) reason += " (at locus " + p.errorLocus + ")";
+        return reason;
+    }
+
+    std::string runFields_;
+};
+
 }  // namespace
 
-std::string CsvReport(const BatchReport& report) {
-    std::ostringstream out;
-    out << "population,population_name,locus,samples,scored,missing_genotypes,"
-           "observed_homozygotes,expected_homozygotes,homozygote_excess,class_wide_excess,"
-           "one_repeat_deficit,upper_class_excess,lower_class_excess,large_differences_scarce,"
-           "null_present,velmaret,chakraborty,brookfield1,brookfield2\n";
-    for (const PopulationResult& p : report.populations) {
-        if (!p.analysis) continue;
-        for (const LocusResult& l : p.analysis->Loci()) {
-            const BinomialOutcome& b = l.binomial;
-            const LocusDecisions& d = l.decisions;
-            out << p.number << ',' << Field(p.name) << ',' << Field(l.name) << ',' << p.samples
-                << ',' << l.Scored() << ',' << l.missingGenotypes << ','
-                << (b.totalsComputed >= 2 ? DefaultText(b.homozygoteTotals[0]) : "") << ','
-                << (b.totalsComputed >= 2 ? DefaultText(b.homozygoteTotals[1]) : "") << ','
-                << Flag(d.homozygoteExcess) << ',' << Flag(d.classWideExcess) << ','
-                << Flag(d.oneRepeatDeficit) << ',' << Flag(d.upperClassExcess) << ','
-                << Flag(d.lowerClassExcess) << ',' << Flag(d.largeDifferencesScarce) << ','
-                << l.nullPresent;
-            for (double estimate : l.nulls.estimates)
-                out << ',' << Number(estimate);
-            out << '\n';
-        }
-    }
-    return out.str();
+std::unique_ptr<ReportStream> MakeCsvReport() {
+    return std::make_unique<CsvReportStream>();
 }
 
 }  // namespace tavrelle

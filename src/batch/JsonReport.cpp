@@ -1,4 +1,5 @@
 #include <cmath>
+#include <utility>
 
 #include "base/Version.h"
 #include "batch/BatchReport.h"
@@ -246,35 +247,56 @@ void WritePopulation(JsonWriter& json, const PopulationResult& population) {
     json.EndObject();
 }
 
+// The header and the opening of the populations array first, then each population, then the
+// closing brackets; the writer keeps the nesting across the pieces.
+class JsonReportStream : public ReportStream {
+public:
+    std::string Begin(const BatchHeader& header) override {
+        json_.BeginObject();
+        json_.Key("program");
+        json_.String("Tavrelle");
+        json_.Key("version");
+        json_.String(kProgramVersion);
+        json_.Key("file");
+        json_.String(header.file);
+        json_.Key("title");
+        json_.String(header.title);
+        const std::pair<const char*, std::int64_t> settings[] = {
+            {"seed", header.seed},
+            {"randomisations", header.randomisations},
+            {"confidence", header.confidenceCode},
+            {"max_allele_size", header.maxAlleleSize}};
+        for (const auto& [key, value] : settings) {
+            json_.Key(key);
+            json_.Integer(value);
+        }
+        json_.Key("populations");
+        json_.BeginArray();
+        return Piece();
+    }
+
+    std::string Population(const PopulationResult& population) override {
+        WritePopulation(json_, population);
+        return Piece();
+    }
+
+    std::string End() override {
+        json_.EndArray();
+        json_.EndObject();
+        return Piece();
+    }
+
+private:
+    std::string Piece() { return std::exchange(text_, std::string()); }
+
+    std::string text_;
+    JsonWriter json_{text_};
+};
+
 }  // namespace
 
-std::string JsonReport(const BatchReport& report) {
-    std::string out;
-    JsonWriter json(out);
-    json.BeginObject();
-    json.Key("program");
-    json.String("Tavrelle");
-    json.Key("version");
-    json.String(kProgramVersion);
-    json.Key("file");
-    json.String(report.file);
-    json.Key("title");
-    json.String(report.title);
-    json.Key("seed");
-    json.Integer(report.seed);
-    json.Key("randomisations");
-    json.Integer(report.randomisations);
-    json.Key("confidence");
-    json.Integer(report.confidenceCode);
-    json.Key("max_allele_size");
-    json.Integer(report.maxAlleleSize);
-    json.Key("populations");
-    json.BeginArray();
-    for (const PopulationResult& population : report.populations)
-        WritePopulation(json, population);
-    json.EndArray();
-    json.EndObject();
-    return out;
+std::unique_ptr<ReportStream> MakeJsonReport() {
+    return std::make_unique<JsonReportStream>();
 }
 
 }  // namespace tavrelle

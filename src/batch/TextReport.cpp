@@ -85,36 +85,52 @@ void WriteLocus(std::ostream& out, const LocusResult& locus) {
         out << "\n" << Indented(locus.nulls.adjustedText) << "\n";
 }
 
+void WritePopulation(std::ostream& out, const PopulationResult& p) {
+    out << "\nPopulation " << p.number << ": " << p.name << " (" << p.samples << " samples)\n";
+    WriteSuspects(out, "Non-integer values", p.nonInteger);
+    WriteSuspects(out, "Unexpected values", p.unexpected);
+    WriteSuspects(out, "Inconsistent values", p.inconsistent);
+    if (p.action != "none") out << "  Suspect values: " << p.action << "\n";
+    for (const Message& m : p.messages)
+        out << "  [" << (m.caption.empty() ? "Tavrelle" : m.caption) << "] " << PlainLines(m.text)
+            << "\n";
+    if (p.analysis)
+        for (const LocusResult& locus : p.analysis->Loci())
+            WriteLocus(out, locus);
+    if (p.error)
+        out << "  The run stopped" << (p.errorLocus.empty() ? "" : " at locus " + p.errorLocus)
+            << ": " << PlainLines(*p.error) << "\n";
+    if (p.analysis && !p.error)
+        out << "\n  Comparison across loci:\n" << Indented(p.analysis->SummaryText()) << "\n";
+}
+
+class TextReportStream : public ReportStream {
+public:
+    std::string Begin(const BatchHeader& header) override {
+        std::ostringstream out;
+        out << "Tavrelle " << kProgramVersion << "\n"
+            << "File: " << header.file << "\n";
+        if (!header.title.empty()) out << "Title: " << header.title << "\n";
+        out << "Seed: " << header.seed << (header.clockSeed ? " (from the clock)" : "") << "\n"
+            << "Randomisations: " << header.randomisations << "\n"
+            << "Confidence interval: " << kConfidenceNames[header.confidenceCode] << "\n"
+            << "Maximum allele size: " << header.maxAlleleSize << "\n";
+        return out.str();
+    }
+
+    std::string Population(const PopulationResult& population) override {
+        std::ostringstream out;
+        WritePopulation(out, population);
+        return out.str();
+    }
+
+    std::string End() override { return {}; }
+};
+
 }  // namespace
 
-std::string TextReport(const BatchReport& report) {
-    std::ostringstream out;
-    out << "Tavrelle " << kProgramVersion << "\n"
-        << "File: " << report.file << "\n";
-    if (!report.title.empty()) out << "Title: " << report.title << "\n";
-    out << "Seed: " << report.seed << (report.clockSeed ? " (from the clock)" : "") << "\n"
-        << "Randomisations: " << report.randomisations << "\n"
-        << "Confidence interval: " << kConfidenceNames[report.confidenceCode] << "\n"
-        << "Maximum allele size: " << report.maxAlleleSize << "\n";
-    for (const PopulationResult& p : report.populations) {
-        out << "\nPopulation " << p.number << ": " << p.name << " (" << p.samples << " samples)\n";
-        WriteSuspects(out, "Non-integer values", p.nonInteger);
-        WriteSuspects(out, "Unexpected values", p.unexpected);
-        WriteSuspects(out, "Inconsistent values", p.inconsistent);
-        if (p.action != "none") out << "  Suspect values: " << p.action << "\n";
-        for (const Message& m : p.messages)
-            out << "  [" << (m.caption.empty() ? "Tavrelle" : m.caption) << "] "
-                << PlainLines(m.text) << "\n";
-        if (p.analysis)
-            for (const LocusResult& locus : p.analysis->Loci())
-                WriteLocus(out, locus);
-        if (p.error)
-            out << "  The run stopped" << (p.errorLocus.empty() ? "" : " at locus " + p.errorLocus)
-                << ": " << PlainLines(*p.error) << "\n";
-        if (p.analysis && !p.error)
-            out << "\n  Comparison across loci:\n" << Indented(p.analysis->SummaryText()) << "\n";
-    }
-    return out.str();
+std::unique_ptr<ReportStream> MakeTextReport() {
+    return std::make_unique<TextReportStream>();
 }
 
 }  // namespace tavrelle

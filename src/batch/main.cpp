@@ -1,14 +1,17 @@
 // tavrelle-batch: the analysis of the desktop program for scripts, pipelines and job arrays.
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <stdexcept>
 
 #include "analysis/StatisticalTables.h"
 #include "base/InstallPaths.h"
+#include "base/Version.h"
 #include "batch/BatchOptions.h"
 #include "batch/BatchRun.h"
-#include "results/StudyReport.h"
+#include "batch/LocusMotifs.h"
 
 namespace {
 
@@ -19,73 +22,51 @@ std::filesystem::path ProgramFolder(const char* argv0) {
     return self.parent_path();
 }
 
-bool WriteOut(const std::string& target, const std::string& text) {
-    if (target == "-") {
-        std::cout << text;
-        return static_cast<bool>(std::cout);
-    }
-    std::ofstream out(target, std::ios::binary);
-    out << text;
-    return static_cast<bool>(out);
+int Fail(int status, const std::string& message) {
+    std::cerr << "tavrelle-batch: " << message << "\n";
+    return status;
 }
 
-std::string StudyReport(const tavrelle::BatchOptions& options,
-                        const tavrelle::BatchReport& report) {
-    tavrelle::StudyReportInput study;
-    study.file = report.file;
-    study.title = report.title;
-    study.clockSeed = report.clockSeed;
-    study.populations = &report.populations;
-    study.populationsInFile = static_cast<int>(report.populations.size());
-    study.settings.seed = report.seed;
-    study.settings.randomisations = report.randomisations;
-    study.settings.confidenceCode = report.confidenceCode;
-    study.settings.repeatForAll = options.repeatForAll;
-    study.settings.repeatByLocus = options.repeatByLocus;
-    study.settings.onSuspect = options.onSuspect;
-    return tavrelle::StudyReportHtml(study);
+// Standard output is checked through its close: a full disk or a closed pipe is a failure.
+int Finish(int status) {
+    errno = 0;
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) || std::fclose(stdout) != 0)
+        return Fail(1, std::string("could not write standard output: ") +
+                           std::strerror(errno != 0 ? errno : EIO));
+    return status;
+}
+
+int Run(const tavrelle::BatchOptions& options, const char* argv0) {
+    using namespace tavrelle;
+    if (options.help) {
+        std::fputs(BatchUsage().c_str(), stdout);
+        return 0;
+    }
+    if (options.version) {
+        std::printf("tavrelle-batch %s\n", kProgramVersion);
+        return 0;
+    }
+    if (options.convert) {
+        std::fputs(ConvertDataFile(options).c_str(), stdout);
+        return 0;
+    }
+    // The tables beside the program, or where an installed program keeps them.
+    const std::filesystem::path tables =
+        InstalledFile(ProgramFolder(argv0), kChiSquareTableFile).parent_path();
+    return ExitStatusOf(RunBatch(options, tables, std::cerr));
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
     using namespace tavrelle;
-    BatchOptions options;
     try {
-        options = ParseBatchOptions(std::vector<std::string>(argv + 1, argv + argc));
+        const BatchOptions options =
+            ParseBatchOptions(std::vector<std::string>(argv + 1, argv + argc));
+        return Finish(Run(options, argv[0]));
     } catch (const std::invalid_argument& refusal) {
-        std::cerr << "tavrelle-batch: " << refusal.what() << "\n";
-        return 2;
-    }
-    if (options.help) {
-        std::cout << BatchUsage();
-        return 0;
-    }
-    if (options.convert) {
-        try {
-            std::cout << ConvertDataFile(options);
-        } catch (const std::exception& failure) {
-            std::cerr << "tavrelle-batch: " << failure.what() << "\n";
-            return 1;
-        }
-        return 0;
-    }
-    try {
-        BatchReport report = RunBatch(
-            options, InstalledFile(ProgramFolder(argv[0]), kChiSquareTableFile).parent_path());
-        bool ok = true;
-        if (options.jsonFile) ok = WriteOut(*options.jsonFile, JsonReport(report)) && ok;
-        if (options.csvFile) ok = WriteOut(*options.csvFile, CsvReport(report)) && ok;
-        if (options.reportFile)
-            ok = WriteOut(*options.reportFile, StudyReport(options, report)) && ok;
-        if (options.jsonFile != "-" && options.csvFile != "-") std::cout << TextReport(report);
-        if (!ok) {
-            std::cerr << "tavrelle-batch: a report could not be written.\n";
-            return 1;
-        }
+        return Fail(2, refusal.what());
     } catch (const std::exception& failure) {
-        std::cerr << "tavrelle-batch: " << failure.what() << "\n";
-        return 1;
+        return Fail(1, failure.what());
     }
-    return 0;
 }

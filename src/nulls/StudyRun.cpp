@@ -152,6 +152,13 @@ PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const Study
     result.name = ShowPopulationName(table);
     result.samples = table.RecordCount() - 2;
     RecordingPrompter prompter;
+    // The counts of a run are 16-bit: a larger population would overflow them.
+    if (result.samples > kMostSamples) {
+        result.error = "The population has " + std::to_string(result.samples) +
+                       " samples; at most " + std::to_string(kMostSamples) +
+                       " samples of a population can be analysed. Divide it into smaller groups.";
+        return result;
+    }
     try {
         const std::vector<Int16> repeatCodes = RepeatCodes(settings, table);
         CheckFlags flags;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <vector>
 
@@ -14,6 +15,9 @@ class InputDataSource;
 // Every population of a loaded store, in file order; the store's current population is left at
 // the last one.
 std::vector<StudyPopulation> StudyPopulations(InputDataSource& store);
+
+// The most samples a population may have: its counts are 16-bit.
+inline constexpr std::int64_t kMostSamples = 32767;
 
 // The Analyse command on one population with nobody at the dialogs: the check, the choice about
 // suspect values that the settings make, and the run with a fresh generator from the seed.

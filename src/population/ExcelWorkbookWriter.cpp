@@ -1,10 +1,8 @@
 #include "population/ExcelWorkbookWriter.h"
 
 #include <cerrno>
-#include <cstdio>
-#include <filesystem>
-#include <memory>
 
+#include "base/AtomicFile.h"
 #include "population/Biff8Writer.h"
 #include "population/ExcelTexts.h"
 #include "population/FileErrors.h"
@@ -33,32 +31,12 @@ void Repeating(Prompter& prompter, Statement statement) {
     }
 }
 
-struct Closer {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
-// The workbook is made whole in memory and then written; a write that fails leaves no partial
-// workbook behind, as a spreadsheet that closes a book without saving leaves none.
+// The workbook is made whole in memory and written to a temporary file beside the target, which
+// replaces the target only when complete: a write that fails leaves the user's old file as it was.
 void WriteWorkbook(const std::string& fileName, const std::string& bytes, Prompter& prompter) {
-    std::unique_ptr<std::FILE, Closer> file;
-    Repeating(prompter, [&] {
-        file.reset(std::fopen(fileName.c_str(), "wb"));
-        return file != nullptr;
-    });
-    try {
-        Repeating(prompter, [&] {
-            std::clearerr(file.get());
-            std::rewind(file.get());
-            return std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
-        });
-        Repeating(prompter, [&] { return std::fflush(file.get()) == 0; });
-        if (std::fclose(file.release()) != 0) throw FileError(errno);
-    } catch (...) {
-        file.reset();
-        std::error_code ignored;
-        std::filesystem::remove(fileName, ignored);
-        throw;
-    }
+    AtomicFile file(fileName);
+    Repeating(prompter, [&] { return file.Open(); });
+    if (!file.Write(bytes) || !file.Commit()) throw FileError(errno);
 }
 
 }  // namespace

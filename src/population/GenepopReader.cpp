@@ -106,6 +106,8 @@ void InputDataSource::ReadGenepopBodyLines() {
             rsAllData.SetField(3 + 2 * locus, std::string(TrimBlanks(Mid(genotypes, 4, 3))));
             position = InStr(genotypes, " ");
         }
+        // The sample numbers are 16-bit: the next one would overflow and refuse the file.
+        if (sampleNumber == kLargestSampleNumber) populationOverSampleLimit_ = CurrentPopulation_;
         sampleNumber = Narrow16(sampleNumber + 1);
     }
 }

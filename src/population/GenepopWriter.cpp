@@ -2,8 +2,8 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <memory>
 
+#include "base/AtomicFile.h"
 #include "base/Numbers.h"
 #include "population/FileErrors.h"
 
@@ -18,37 +18,24 @@ struct SaveCancelled {};
 
 class GenepopTextFile {
 public:
-    GenepopTextFile(const std::string& fileName, Prompter& prompter) : prompter_(prompter) {
-        Repeating([&] {
-            errno = 0;
-            file_.reset(std::fopen(fileName.c_str(), "wb"));
-            return file_ != nullptr;
-        });
+    // The lines go to a temporary file beside the target, which replaces it only when whole:
+    // a failed save leaves the user's old file as it was.
+    GenepopTextFile(const std::string& fileName, Prompter& prompter)
+        : prompter_(prompter), file_(fileName) {
+        Repeating([&] { return file_.Open(); });
     }
 
     void WriteLine(std::string_view line) {
         std::string text(line);
         text += kLineEnd;
-        Repeating([&] {
-            errno = 0;
-            std::clearerr(file_.get());
-            return std::fwrite(text.data(), 1, text.size(), file_.get()) == text.size();
-        });
+        if (!file_.Write(text)) throw FileError(errno);
     }
 
     void Close() {
-        Repeating([&] {
-            errno = 0;
-            return std::fflush(file_.get()) == 0;
-        });
-        file_.reset();
+        if (!file_.Commit()) throw FileError(errno);
     }
 
 private:
-    struct Closer {
-        void operator()(std::FILE* file) const { std::fclose(file); }
-    };
-
     // A drive that is not ready may be made ready: OK repeats the failed statement.
     template <typename Statement>
     void Repeating(Statement statement) {
@@ -65,15 +52,21 @@ private:
     }
 
     Prompter& prompter_;
-    std::unique_ptr<std::FILE, Closer> file_;
+    AtomicFile file_;
 };
 
-std::string AlleleText(const std::string& allele) {
-    return allele == "0" ? "000" : allele;
+// "0" is written "000"; with padding every whole number under 100 takes three digits too, so
+// that "98" reads back as 98 and not as part of its neighbour.
+std::string AlleleText(const std::string& allele, bool pad) {
+    if (allele == "0") return "000";
+    const bool digits = !allele.empty() && allele.size() < 3 &&
+                        allele.find_first_not_of("0123456789") == std::string::npos;
+    if (pad && digits) return std::string(3 - allele.size(), '0') + allele;
+    return allele;
 }
 
 void WriteGenepop(GenepopTextFile& file, InputDataSource& store, const std::string& title,
-                  bool gridIsNew, bool isExcel) {
+                  bool gridIsNew, GenepopSaveRules rules) {
     if (gridIsNew) {
         store.SaveNewPopulation();
     } else {
@@ -93,12 +86,13 @@ void WriteGenepop(GenepopTextFile& file, InputDataSource& store, const std::stri
         if (UpperCase(all.Field(1)) == "POP") {
             line = "Pop";
             // Workbook data: the row behind a separator is not written.
-            if (isExcel) all.MoveNext();
+            if (rules.passOverRowAfterPop) all.MoveNext();
         } else {
             line = all.Field(1) + "\t,\t";
             for (int column = 2; column <= columnCount - 2; column += 2) {
                 if (column > 2) line += ' ';
-                line += AlleleText(all.Field(column)) + AlleleText(all.Field(column + 1));
+                line += AlleleText(all.Field(column), rules.padAlleles) +
+                        AlleleText(all.Field(column + 1), rules.padAlleles);
             }
         }
         file.WriteLine(TrimBlanks(line));
@@ -112,9 +106,16 @@ void WriteGenepop(GenepopTextFile& file, InputDataSource& store, const std::stri
 SaveOutcome SaveGenepopFile(InputDataSource& store, const std::string& fileName,
                             const std::string& title, bool gridIsNew, bool isExcel,
                             Prompter& prompter) {
+    return SaveGenepopFile(store, fileName, title, gridIsNew, GenepopSaveRules{isExcel, false},
+                           prompter);
+}
+
+SaveOutcome SaveGenepopFile(InputDataSource& store, const std::string& fileName,
+                            const std::string& title, bool gridIsNew, GenepopSaveRules rules,
+                            Prompter& prompter) {
     try {
         GenepopTextFile file(fileName, prompter);
-        WriteGenepop(file, store, title, gridIsNew, isExcel);
+        WriteGenepop(file, store, title, gridIsNew, rules);
         return SaveOutcome::Saved;
     } catch (const SaveCancelled&) {
         return SaveOutcome::Failed;

@@ -8,7 +8,7 @@
 namespace tavrelle {
 
 // Saved: the file is complete. Failed: the failure has been told (or the save was cancelled),
-// the part written so far stays on disk, and the caller refreshes the grid and runs Save As
+// the user's old file (if any) stays as it was, and the caller refreshes the grid and runs Save As
 // again so that the user can choose another name or place.
 enum class SaveOutcome { Saved, Failed };
 
@@ -19,6 +19,18 @@ enum class SaveOutcome { Saved, Failed };
 // from a workbook lose the first sample behind every separator: the writer passes that row over.
 SaveOutcome SaveGenepopFile(InputDataSource& store, const std::string& fileName,
                             const std::string& title, bool gridIsNew, bool isExcel,
+                            Prompter& prompter);
+
+// How a save treats the data: the desktop's Save As passes over the row behind every separator
+// of workbook data; a conversion keeps every sample and writes alleles under 100 with three
+// digits, so that the file reads back as it was.
+struct GenepopSaveRules {
+    bool passOverRowAfterPop = false;
+    bool padAlleles = false;
+};
+
+SaveOutcome SaveGenepopFile(InputDataSource& store, const std::string& fileName,
+                            const std::string& title, bool gridIsNew, GenepopSaveRules rules,
                             Prompter& prompter);
 
 }  // namespace tavrelle

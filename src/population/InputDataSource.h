@@ -12,6 +12,9 @@
 
 namespace tavrelle {
 
+// A Genepop population holds fewer samples than this: the last sample number would not fit.
+inline constexpr Int16 kLargestSampleNumber = 32767;
+
 // What the main screen and the session tell a new store: the file, its format, and whether a
 // typed grid is on its way.
 struct StoreRequest {
@@ -63,6 +66,9 @@ public:
     bool ExcelFormatValid() const { return ExcelFormatValid_; }
     bool GenepopHeaderFound() const { return GenepopHeaderFound_; }
     bool GenepopBodyValid() const { return GenepopBodyValid_; }
+    // The population whose samples ran past the sample numbers a population may have (a refused
+    // Genepop file), or 0.
+    Int16 PopulationOverSampleLimit() const { return populationOverSampleLimit_; }
     Table& AllData() { return rsAllData; }
     const Table& AllData() const { return rsAllData; }
 
@@ -94,6 +100,7 @@ private:
     bool ExcelFormatValid_ = true;
     bool GenepopHeaderFound_ = false;
     bool GenepopBodyValid_ = false;
+    Int16 populationOverSampleLimit_ = 0;
 };
 
 }  // namespace tavrelle

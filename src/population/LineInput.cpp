@@ -1,5 +1,8 @@
 #include "population/LineInput.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <memory>
@@ -8,6 +11,11 @@
 #include "population/FileErrors.h"
 
 namespace tavrelle {
+
+namespace {
+// "Bad file mode", the error of a file that cannot be read as data.
+constexpr int kNotADataFile = 54;
+}  // namespace
 
 std::string LineInput::ReadLine() {
     if (Eof()) throw ProgramError::InputPastEndOfFile();
@@ -30,11 +38,22 @@ std::string ReadWholeFile(const std::string& fileName) {
     errno = 0;
     std::unique_ptr<std::FILE, Closer> file(std::fopen(fileName.c_str(), "rb"));
     if (!file) throw FileError(errno);
+    struct stat status {};
+    if (fstat(fileno(file.get()), &status) == 0 && S_ISCHR(status.st_mode) &&
+        !isatty(fileno(file.get())))
+        throw ProgramError(kNotADataFile, fileName + " is a device, not a data file.");
     std::string bytes;
+    if (S_ISREG(status.st_mode) && status.st_size > 0)
+        bytes.reserve(static_cast<std::size_t>(status.st_size));
     char buffer[65536];
     std::size_t count = 0;
-    while ((count = std::fread(buffer, 1, sizeof buffer, file.get())) > 0)
+    while ((count = std::fread(buffer, 1, sizeof buffer, file.get())) > 0) {
+        if (bytes.size() + count > kLargestInputFile)
+            throw ProgramError(kNotADataFile, fileName +
+                                                  " is larger than 1 GiB, the most Tavrelle "
+                                                  "reads as a data file.");
         bytes.append(buffer, count);
+    }
     if (std::ferror(file.get())) throw FileError(errno);
     return bytes;
 }

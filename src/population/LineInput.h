@@ -22,7 +22,12 @@ private:
     std::size_t position_ = 0;
 };
 
-// The whole file as bytes. Failures to open or read raise the file error of FileErrors.h.
+// The most bytes a data file may hold: far beyond any study, and a guard against a never-ending
+// input eating the memory.
+inline constexpr std::size_t kLargestInputFile = std::size_t{1} << 30;
+
+// The whole file as bytes. Failures to open or read raise the file error of FileErrors.h; a
+// device that is no terminal (such as /dev/zero) and a file over kLargestInputFile are refused.
 std::string ReadWholeFile(const std::string& fileName);
 
 }  // namespace tavrelle

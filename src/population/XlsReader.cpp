@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "base/Numbers.h"
+#include "base/TemporaryFolder.h"
 #include "population/Biff8Check.h"
 #include "population/FileErrors.h"
 #include "population/LineInput.h"
@@ -31,8 +32,7 @@ constexpr std::size_t kMinStreamSize = 4096;
 class ScratchFile {
 public:
     explicit ScratchFile(const std::string& bytes) {
-        std::string pattern =
-            (std::filesystem::temp_directory_path() / "tavrelle-xls-XXXXXX").string();
+        std::string pattern = (TemporaryFolder() / "tavrelle-xls-XXXXXX").string();
         std::vector<char> name(pattern.begin(), pattern.end());
         name.push_back('\0');
         const int descriptor = mkstemp(name.data());

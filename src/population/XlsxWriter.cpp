@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/ProgramError.h"
+#include "base/TemporaryFolder.h"
 #include "population/LineInput.h"
 #include "population/WorkbookText.h"
 
@@ -26,8 +27,7 @@ ProgramError LibraryError(lxw_error error) {
 class ScratchFolder {
 public:
     ScratchFolder() {
-        std::string pattern =
-            (std::filesystem::temp_directory_path() / "tavrelle-xlsx-XXXXXX").string();
+        std::string pattern = (TemporaryFolder() / "tavrelle-xlsx-XXXXXX").string();
         std::vector<char> name(pattern.begin(), pattern.end());
         name.push_back('\0');
         if (mkdtemp(name.data()) == nullptr)

@@ -63,7 +63,7 @@ std::string Anchor(int population, std::size_t locus) {
     return "p" + std::to_string(population) + "-l" + std::to_string(locus);
 }
 
-std::string SettingsSection(const StudyReportInput& input) {
+std::string SettingsSection(const StudyReportHeader& input, int delivered, int populationsInFile) {
     const StudySettings& s = input.settings;
     std::string motifs;
     if (s.repeatForAll) motifs = "every locus: " + std::to_string(*s.repeatForAll) + " bp";
@@ -72,7 +72,6 @@ std::string SettingsSection(const StudyReportInput& input) {
     const char* suspects = s.onSuspect == SuspectPolicy::Proceed ? "analysed as they stand"
                            : s.onSuspect == SuspectPolicy::Omit  ? "omitted"
                                                                  : "population not analysed";
-    const int delivered = static_cast<int>(input.populations->size());
     std::string html = "<table class=\"settings\">";
     auto row = [&](const std::string& name, const std::string& value) {
         html += "<tr><th>" + Html(name) + "</th><td>" + Html(value) + "</td></tr>";
@@ -81,8 +80,8 @@ std::string SettingsSection(const StudyReportInput& input) {
     row("Title", input.title);
     row("Populations",
         std::to_string(delivered) +
-            (delivered < input.populationsInFile
-                 ? " of " + std::to_string(input.populationsInFile) + " (the run was cancelled)"
+            (delivered < populationsInFile
+                 ? " of " + std::to_string(populationsInFile) + " (the run was cancelled)"
                  : ""));
     row("Randomisations", std::to_string(s.randomisations));
     row("Confidence interval", GraphModel::ConfidenceLabel(s.confidenceCode));
@@ -173,27 +172,42 @@ std::string LocusSection(const PopulationResult& population, const LocusResult& 
 
 }  // namespace
 
-std::string StudyReportHtml(const StudyReportInput& input) {
-    StudyTable table;
-    for (const PopulationResult& population : *input.populations)
-        table.Add(population);
+void StudyReportBuilder::Add(const PopulationResult& population) {
+    table_.Add(population);
+    ++added_;
+    sections_ += "<h2>Population " + std::to_string(population.number) + ": " +
+                 Html(population.name) + "</h2>\n<p>" + std::to_string(population.samples) +
+                 " samples.</p>\n";
+    if (!population.Analysed() || !population.analysis) {
+        sections_ += "<p>Not analysed: " + PlainText(population.error.value_or("")) + "</p>\n";
+        return;
+    }
+    for (const LocusResult& locus : population.analysis->Loci()) {
+        std::size_t column = 0;
+        while (column < table_.Loci().size() && table_.Loci()[column] != locus.name)
+            ++column;
+        sections_ += LocusSection(population, locus, column, header_.settings.confidenceCode);
+    }
+}
 
+std::string StudyReportBuilder::Page(int populationsInFile) const {
+    const std::string heading = Html(header_.title.empty() ? header_.file : header_.title);
     std::string html =
-        "<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\">\n<title>Study report: " +
-        Html(input.title.empty() ? input.file : input.title) + "</title>\n" + kStyle +
-        "</head><body>\n<h1>Study report: " + Html(input.title.empty() ? input.file : input.title) +
-        "</h1>\n<h2>Settings</h2>\n" + SettingsSection(input);
+        "<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\">\n"
+        "<title>Study report: " +
+        heading + "</title>\n" + kStyle + "</head><body>\n<h1>Study report: " + heading +
+        "</h1>\n<h2>Settings</h2>\n" + SettingsSection(header_, added_, populationsInFile);
 
     html += "<h2>Overview</h2>\n<p class=\"note\">Each cell: the null allele verdict, the " +
             std::string(kStudyEstimateName) +
             " estimate of the null allele frequency (colour), S for stutter and D for large "
             "allele drop-out. The totals count the loci of a population, and the populations "
             "of a locus, where each fires. A cell links to its graphs.</p>\n" +
-            "<div class=\"wide\">" + OverviewTable(table) + "</div>\n";
-    html += "<h2>Heat map</h2>\n" + HeatMapSvg(LayOutHeatMap(table));
+            "<div class=\"wide\">" + OverviewTable(table_) + "</div>\n";
+    html += "<h2>Heat map</h2>\n" + HeatMapSvg(LayOutHeatMap(table_));
 
     std::string notes;
-    for (const StudyRow& row : table.Rows()) {
+    for (const StudyRow& row : table_.Rows()) {
         if (row.stopReason)
             notes += "<li>" + Html(row.name) + ": stopped: " + Html(*row.stopReason) + "</li>\n";
         const std::string suspects = SuspectSummary(row, 20);
@@ -201,23 +215,14 @@ std::string StudyReportHtml(const StudyReportInput& input) {
     }
     if (!notes.empty())
         html += "<h2>Stopped populations and suspect values</h2>\n<ul>" + notes + "</ul>\n";
+    return html + sections_ + "</body></html>\n";
+}
 
-    for (const PopulationResult& population : *input.populations) {
-        html += "<h2>Population " + std::to_string(population.number) + ": " +
-                Html(population.name) + "</h2>\n<p>" + std::to_string(population.samples) +
-                " samples.</p>\n";
-        if (!population.Analysed() || !population.analysis) {
-            html += "<p>Not analysed: " + PlainText(population.error.value_or("")) + "</p>\n";
-            continue;
-        }
-        for (const LocusResult& locus : population.analysis->Loci()) {
-            std::size_t column = 0;
-            while (column < table.Loci().size() && table.Loci()[column] != locus.name)
-                ++column;
-            html += LocusSection(population, locus, column, input.settings.confidenceCode);
-        }
-    }
-    return html + "</body></html>\n";
+std::string StudyReportHtml(const StudyReportInput& input) {
+    StudyReportBuilder builder(input);
+    for (const PopulationResult& population : *input.populations)
+        builder.Add(population);
+    return builder.Page(input.populationsInFile);
 }
 
 }  // namespace tavrelle

@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "../support/Json.h"
+#include "../support/ProgramRun.h"
 
 namespace tavrelle {
 namespace {
@@ -23,14 +24,7 @@ std::string ReadFile(const std::string& path) {
 }
 
 std::string Output(const std::string& command) {
-    std::string output;
-    FILE* pipe = popen(command.c_str(), "r");
-    if (!pipe) return output;
-    std::array<char, 65536> buffer{};
-    for (std::size_t n; (n = fread(buffer.data(), 1, buffer.size(), pipe)) > 0;)
-        output.append(buffer.data(), n);
-    pclose(pipe);
-    return output;
+    return testing::RunCommand(command).output;
 }
 
 struct Golden {

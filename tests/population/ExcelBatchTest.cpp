@@ -12,11 +12,10 @@ namespace {
 using testing::CommandResult;
 using testing::Json;
 using testing::Quoted;
-using testing::RunCommand;
 using testing::WorkbookFolder;
 
 CommandResult Batch(const std::string& arguments) {
-    return RunCommand(std::string(TAVRELLE_BATCH) + " " + arguments + " 2>&1");
+    return testing::RunBatchProgram(arguments);
 }
 
 const std::string kDemo = std::string(TAVRELLE_DEMO_FILES) + "/DemoThreePopulations.gen";
@@ -62,7 +61,7 @@ TEST(ExcelBatchProgram, HelpExplainsWorkbooksAndConvert) {
 // file and the title differ, the title being '' for a workbook.
 TEST(ExcelBatchProgram, WorkbooksAnalyseAsTheirGenepopFile) {
     WorkbookFolder folder;
-    const std::string options = " --repeat 2 --seed 4242 --population 2 --json -";
+    const std::string options = " --repeat 2 --seed 4242 --population 2 --json - 2>/dev/null";
     CommandResult genepop = Batch(Quoted(kDemo) + options);
     ASSERT_EQ(genepop.exitCode, 0) << genepop.output;
     Json expected = Json::Parse(genepop.output);
@@ -80,20 +79,16 @@ TEST(ExcelBatchProgram, WorkbooksAnalyseAsTheirGenepopFile) {
     }
 }
 
-TEST(ExcelBatchProgram, ConvertsWorkbooksToGenepopWithTheWritersLoss) {
+TEST(ExcelBatchProgram, ConvertsWorkbooksToGenepopKeepingEverySample) {
     WorkbookFolder folder;
     const std::string book = folder.File("demo.xlsx");
     ASSERT_EQ(Batch("convert " + Quoted(kDemo) + " " + Quoted(book)).exitCode, 0);
     CommandResult back = Batch("convert " + Quoted(book) + " " + Quoted(folder.File("back.gen")));
     ASSERT_EQ(back.exitCode, 0) << back.output;
-    EXPECT_NE(back.output.find("the first sample of each population after the first was not "
-                               "written"),
-              std::string::npos);
     const std::string text = folder.Read("back.gen");
     EXPECT_EQ(text.rfind("Title line:  \"back.gen\"\r\nTav205\r\n", 0), 0U);
-    EXPECT_NE(text.find("pop1_001\t,\t"), std::string::npos);
-    EXPECT_EQ(text.find("pop2_001\t,\t"), std::string::npos);
-    EXPECT_NE(text.find("pop2_002\t,\t"), std::string::npos);
+    for (const char* sample : {"pop1_001\t,\t", "pop2_001\t,\t", "pop3_001\t,\t"})
+        EXPECT_NE(text.find(sample), std::string::npos) << sample;
 }
 
 TEST(ExcelBatchProgram, RefusalsReadAsTheDesktopShowsThem) {
@@ -140,7 +135,7 @@ TEST(ExcelBatchProgram, NumericLocusNamesNeedTheirOption) {
     EXPECT_NE(refused.output.find("All the loci names appear to be numeric."), std::string::npos);
     EXPECT_NE(refused.output.find("--accept-numeric-names"), std::string::npos);
     CommandResult accepted =
-        Batch(Quoted(book) + " --repeat 2 --seed 1 --accept-numeric-names --json -");
+        Batch(Quoted(book) + " --repeat 2 --seed 1 --accept-numeric-names --json - 2>/dev/null");
     ASSERT_EQ(accepted.exitCode, 0) << accepted.output;
     Json report = Json::Parse(accepted.output);
     EXPECT_EQ(std::get<std::string>(report["populations"][0]["loci"][1]["name"].value), "2");

@@ -12,75 +12,16 @@
 #include <vector>
 
 #include "../support/Json.h"
-#include "TempFolder.h"
+#include "../support/ProgramRun.h"
+#include "../support/TempFolder.h"
 #include "base/Numbers.h"
 #include "population/FileKind.h"
 #include "population/InputDataSource.h"
 
 namespace tavrelle::testing {
 
-// A folder of its own for each test, removed afterwards. Parameterised tests have a "/" in their
-// names, which would otherwise leave a parent folder behind.
-class WorkbookFolder {
-public:
-    WorkbookFolder() {
-        const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-        std::string name = std::string("tavrelle-") + std::to_string(::getpid()) + "-" +
-                           info->test_suite_name() + "-" + info->name();
-        for (char& c : name)
-            if (c == '/') c = '-';
-        path_ = std::filesystem::temp_directory_path() / name;
-        std::filesystem::remove_all(path_);
-        std::filesystem::create_directories(path_);
-    }
-    ~WorkbookFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
-    WorkbookFolder(const WorkbookFolder&) = delete;
-    WorkbookFolder& operator=(const WorkbookFolder&) = delete;
-
-    std::string File(const std::string& name) const { return (path_ / name).string(); }
-
-    std::string Write(const std::string& name, const std::string& bytes) const {
-        std::ofstream(File(name), std::ios::binary) << bytes;
-        return File(name);
-    }
-
-    std::string Read(const std::string& name) const {
-        std::ifstream in(File(name), std::ios::binary);
-        std::string bytes(static_cast<std::size_t>(std::filesystem::file_size(File(name))), '\0');
-        in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        return bytes;
-    }
-
-private:
-    std::filesystem::path path_;
-};
-
-struct CommandResult {
-    int exitCode = -1;
-    std::string output;  // standard output; standard error too when asked for
-};
-
-inline CommandResult RunCommand(const std::string& command) {
-    CommandResult result;
-    FILE* pipe = popen(command.c_str(), "r");
-    if (pipe == nullptr) return result;
-    std::array<char, 65536> buffer{};
-    for (std::size_t n; (n = fread(buffer.data(), 1, buffer.size(), pipe)) > 0;)
-        result.output.append(buffer.data(), n);
-    int status = pclose(pipe);
-    result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return result;
-}
-
-inline std::string Quoted(const std::string& text) {
-    std::string quoted = "'";
-    for (char c : text)
-        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return quoted + "'";
-}
+// The workbook tests keep their own name for the shared per-test folder.
+using WorkbookFolder = TempFolder;
 
 // The Python that has xlrd and xlwt (scripts/setup installs Debian's python3-xlrd and
 // python3-xlwt, which belong to /usr/bin/python3 even where another python3 comes first on the

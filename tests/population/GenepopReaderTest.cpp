@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "TempFolder.h"
+#include "../support/TempFolder.h"
 #include "population/InputDataSource.h"
 
 namespace tavrelle {

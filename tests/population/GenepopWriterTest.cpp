@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "TempFolder.h"
+#include "../support/TempFolder.h"
 
 namespace tavrelle {
 namespace {

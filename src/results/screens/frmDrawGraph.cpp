@@ -1,5 +1,6 @@
 #include "results/screens/frmDrawGraph.h"
 
+#include <QBuffer>
 #include <QComboBox>
 #include <QDir>
 #include <QFileInfo>
@@ -20,6 +21,7 @@
 #include <QToolBar>
 #include <cmath>
 
+#include "base/AtomicFile.h"
 #include "results/screens/GraphPainter.h"
 #include "widgets/Interaction.h"
 #include "widgets/Twips.h"
@@ -223,33 +225,39 @@ void frmDrawGraph::Render(QPaintDevice& device) const {
 }
 
 bool frmDrawGraph::SaveGraph(const std::string& path) const {
-    const QString file = QString::fromStdString(path);
-    const QString suffix = QFileInfo(file).suffix().toLower();
+    const QString suffix = QFileInfo(QString::fromStdString(path)).suffix().toLower();
     const QSize size = BackPanel->size();
+    // The graph is drawn in memory and then replaces the file whole, so that a failed save
+    // leaves the old file as it was.
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
     if (suffix == "svg") {
         QSvgGenerator svg;
-        svg.setFileName(file);
+        svg.setOutputDevice(&buffer);
         svg.setSize(size);
         svg.setViewBox(QRect(QPoint(0, 0), size));
         svg.setTitle(windowTitle());
         Render(svg);
-        return QFileInfo::exists(file);
-    }
-    if (suffix == "pdf") {
-        QPdfWriter pdf(file);
+    } else if (suffix == "pdf") {
+        QPdfWriter pdf(&buffer);
         pdf.setPageSize(
             QPageSize(QSizeF(view_.panelWidth, view_.panelHeight), QPageSize::Millimeter));
         pdf.setPageMargins(QMarginsF(0, 0, 0, 0));
         pdf.setTitle(windowTitle());
         Render(pdf);
-        return QFileInfo::exists(file);
+    } else {
+        QImage image(size, QImage::Format_RGB32);
+        image.setDotsPerMeterX(static_cast<int>(std::lround(PixelsPerMillimetre(this) * 1000)));
+        image.setDotsPerMeterY(image.dotsPerMeterX());
+        image.fill(Qt::white);
+        Render(image);
+        if (!image.save(&buffer, suffix == "png" ? "PNG" : "BMP")) return false;
     }
-    QImage image(size, QImage::Format_RGB32);
-    image.setDotsPerMeterX(static_cast<int>(std::lround(PixelsPerMillimetre(this) * 1000)));
-    image.setDotsPerMeterY(image.dotsPerMeterX());
-    image.fill(Qt::white);
-    Render(image);
-    return image.save(file, suffix == "png" ? "PNG" : "BMP");
+    buffer.close();
+    return !bytes.isEmpty() &&
+           WriteFileAtomically(path, std::string_view(bytes.constData(),
+                                                      static_cast<std::size_t>(bytes.size()))) == 0;
 }
 
 void frmDrawGraph::SaveGraphMenu_Click() {

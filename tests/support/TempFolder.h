@@ -12,13 +12,16 @@
 namespace tavrelle::testing {
 
 // A folder of its own for each test, removed afterwards; files are written byte for byte.
+// Parameterised tests have a "/" in their names, which would otherwise leave a parent folder.
 class TempFolder {
 public:
     TempFolder() {
         const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-        path_ = std::filesystem::temp_directory_path() /
-                ("tavrelle-" + std::to_string(::getpid()) + "-" + info->test_suite_name() + "-" +
-                 info->name());
+        std::string name = std::string("tavrelle-") + std::to_string(::getpid()) + "-" +
+                           info->test_suite_name() + "-" + info->name();
+        for (char& c : name)
+            if (c == '/') c = '-';
+        path_ = std::filesystem::temp_directory_path() / name;
         std::filesystem::remove_all(path_);
         std::filesystem::create_directories(path_);
     }
@@ -30,6 +33,7 @@ public:
     TempFolder& operator=(const TempFolder&) = delete;
 
     std::string File(const std::string& name) const { return (path_ / name).string(); }
+    const std::filesystem::path& Path() const { return path_; }
 
     std::string Write(const std::string& name, const std::string& bytes) const {
         std::ofstream(File(name), std::ios::binary) << bytes;

@@ -1,0 +1,42 @@
+#!/bin/sh
+# Peak memory of tavrelle-batch, which should stay flat as populations are added (each is
+# written and dropped as it finishes) and of reading a Genepop file (about 5 times its size).
+#
+#   bench/batch_memory.sh BUILD_DIR [GENEPOP_FILE]
+#
+# GENEPOP_FILE (default: a simulated study of 80 populations) is analysed at 10000
+# randomisations as it is and doubled (its populations twice); then a simulated file of 10^6
+# samples is read and converted. Prints the peak resident size of each run in MB.
+set -eu
+build=${1:?usage: bench/batch_memory.sh BUILD_DIR [GENEPOP_FILE]}
+batch=$build/bin/tavrelle-batch
+simulate=$(find "$build" -name tavrelle-simulate -type f | head -n 1)
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+peak() {  # peak RSS in MB of the command given
+    /usr/bin/time -f %M -o "$work/rss" "$@" >/dev/null 2>"$work/err" || true
+    echo $(( $(tail -n 1 "$work/rss") / 1024 ))
+}
+
+if [ $# -ge 2 ]; then
+    cp "$2" "$work/study.gen"
+else
+    "$simulate" --seed 3 --samples 50 --populations 80 --loci 25 --out "$work/study.gen"
+fi
+# The same study twice over: the header once, then every population again.
+{ cat "$work/study.gen"; awk '/^[Pp][Oo][Pp][[:space:]]*$/ { found = 1 } found { print }' \
+    "$work/study.gen"; } > "$work/doubled.gen"
+
+for file in study doubled; do
+    pops=$(grep -ci '^pop[[:space:]]*$' "$work/$file.gen")
+    echo "$file ($pops populations, $(( $(wc -c < "$work/$file.gen") / 1024 )) KB):" \
+         "$(peak "$batch" "$work/$file.gen" --repeat 2 --seed 1 --randomisations 10000 \
+              --json "$work/out.json" --csv "$work/out.csv") MB peak"
+done
+
+# 100 populations of 10^4: a population holds at most 32766 samples.
+"$simulate" --seed 1 --samples 10000 --populations 100 --loci 10 --out "$work/big.gen"
+size=$(( $(wc -c < "$work/big.gen") / 1048576 ))
+echo "reading a 10^6-sample file ($size MB) and writing it back:" \
+     "$(peak "$batch" convert "$work/big.gen" "$work/copy.gen") MB peak"

@@ -1,0 +1,94 @@
+#include "batch/BatchOptions.h"
+
+namespace tavrelle {
+
+std::string BatchUsage() {
+    return R"(Usage: tavrelle-batch FILE [options]
+       tavrelle-batch convert IN OUT [--sheet NAME] [--accept-numeric-names]
+
+Analyses every population of a data file (or the ones chosen) for null alleles, stutter and
+large allele drop-out, as the desktop program does, and reports the results as text on standard
+output, and optionally as JSON and CSV. FILE "-" reads a Genepop file from standard input.
+
+The format is told by the file name's ending alone, as in the desktop program: ".xlsx" (any
+case) is an Excel workbook, a name ending in "xls" (any case) an Excel 97-2003 workbook, and
+any other name a Genepop file. A workbook sheet holds a title row, a row of locus names (one
+name per two columns, from column B), then one sample per row: the name in column A and the two
+alleles of each locus; "*" or an empty cell is a missing allele, and a row with "pop" in column A
+starts the next population. A Genepop file may be up to 1 GiB.
+
+Options:
+  --repeat N               Repeat motif length in bases (1 to 6) for every locus.
+                           Example: --repeat 2
+  --repeat NAME=N          Repeat motif of one locus by its name as the file spells it; repeat
+                           the option for more loci. Overrides --repeat N and --repeats.
+                           Example: --repeat Loc3=4 --repeat "Loc 7=3"
+  --repeats FILE           A table of motifs, one locus a line: name, then motif, separated by a
+                           tab or a comma. Lines starting with # are comments.
+                           Every locus needs a motif from one of these three options.
+  --seed S                 Seed of the random number generator (0 or more). Default: the clock
+                           seed, printed in the report. Example: --seed 12345
+  --randomisations N       Randomised samples per locus, 1000 to 10000. Default 1000.
+  --confidence C           Confidence interval: 95, 99, 100 (the full range) or bonferroni.
+                           Default 95. Example: --confidence 99
+  --max-allele-size N      Largest allele size expected, a whole number from 50 to 700.
+                           Default 350. Example: --max-allele-size 500
+  --on-suspect A           What to do with values the check finds suspect (other than missing
+                           alleles): proceed (analyse them as they stand; one line on standard
+                           error names the population and the count, the JSON "check" lists
+                           them), stop (the population is not analysed) or omit (the suspect
+                           alleles become missing, 0). Default proceed.
+  --population LIST        Analyse only these populations, numbered from 1 in file order.
+                           Example: --population 1,3-5
+  --json FILE              Write the JSON report to FILE ("-" for standard output).
+  --csv FILE               Write the tidy table to FILE ("-" for standard output): one row per
+                           population and locus, for R and pandas. See docs/batch-output.md.
+                           Only one report may go to standard output; the text report goes
+                           there when neither does.
+  --report FILE            Write the study report ("-" for standard output): one HTML page
+                           with the settings, the overview table, the heat map and every
+                           locus's graphs and verdicts.
+  --bootstrap N            Resamples for the intervals of the estimates; 0 for none.
+                           Default 1000.
+  --threads N              Populations analysed at once, 1 to 256. Default: the CPUs this
+                           process may run on. The results do not depend on it.
+  --sheet NAME             The workbook's sheet that holds the data. Default Sheet1. Names are
+                           compared without regard to case. Example: --sheet "Field data"
+  --accept-numeric-names   Load a sheet whose locus names are all numbers as it stands. Without
+                           it such a sheet is refused, since it usually lacks its row of locus
+                           names and its first sample would be taken for them.
+  --version                The program's version.
+  --help                   This text.
+
+Every file is written whole or not at all: a report goes to a temporary file beside it, which
+replaces the old file only once complete.
+
+Exit status:
+  0  every requested population was analysed
+  3  some populations were analysed and some stopped (each with its reason on standard error)
+  4  no population was analysed
+  2  a usage error: an unknown or malformed option, a locus left without a motif, a locus name
+     the file does not have
+  1  a file that could not be read or written (its path and the reason on standard error), or
+     the program's table files are missing
+
+Each population is its own run with a fresh generator seeded with the seed, so a population's
+result does not depend on the others or on --population. The JSON report's "title" is '' for a
+workbook, which has no title line.
+
+convert IN OUT reads IN and writes every population, every sample and every allele to OUT, each
+in the format its name tells: a workbook gets one sheet, Sheet1, in the layout above; a Genepop
+file gets the title line 'Title line:  "OUT"' (the file's name) and three-digit alleles (98 is
+written 098). A workbook does not keep a Genepop title.
+
+Examples:
+  tavrelle-batch DemoFiles/DemoNullAlleles.gen --repeat 2 --seed 12345 --json report.json
+  tavrelle-batch DemoFiles/DemoThreePopulations.xlsx --repeat 2 --seed 7 --csv loci.csv
+  tavrelle-batch samples.xls --sheet Run2 --repeats motifs.tsv --on-suspect omit
+  gunzip -c big.gen.gz | tavrelle-batch - --repeat 2 --csv - > loci.csv
+  tavrelle-batch convert DemoFiles/DemoNullAlleles.gen DemoNullAlleles.xls
+  tavrelle-batch convert field.xlsx field.gen --sheet Sheet2
+)";
+}
+
+}  // namespace tavrelle
