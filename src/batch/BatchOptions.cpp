@@ -145,6 +145,7 @@ const std::vector<OptionRow>& OptionTable() {
         {"--on-suspect", true, true, [](S v, O& o) { o.onSuspect = Policy(v); }},
         {"--json", true, true, [](S v, O& o) { o.jsonFile = v; }},
         {"--csv", true, true, [](S v, O& o) { o.csvFile = v; }},
+        {"--report", true, true, [](S v, O& o) { o.reportFile = v; }},
         {"--bootstrap", true, true,
          [](S v, O& o) { o.bootstrap = WholeNumberIn("--bootstrap", v, 0, 100000); }},
         {"--threads", true, true,

@@ -1,5 +1,7 @@
 #include "nulls/StudyTable.h"
 
+#include <cmath>
+
 #include <algorithm>
 
 namespace tavrelle {
@@ -58,13 +60,16 @@ void StudyTable::Add(const PopulationResult& population) {
             StudyCell cell;
             cell.verdict = locus.nullPresent;
             cell.flags = FlagsOf(locus);
-            cell.estimate = StudyEstimate(locus);
+            cell.estimate = StudyEstimate(population, locus);
             const std::size_t column = Column(locus.name);
             locusTotals_[column].Add(cell.flags);
             row.totals.Add(cell.flags);
-            lowest_ = anyCell_ ? std::min(lowest_, cell.estimate) : cell.estimate;
-            highest_ = anyCell_ ? std::max(highest_, cell.estimate) : cell.estimate;
-            anyCell_ = true;
+            // A locus with no estimate takes no part in the colour scale.
+            if (std::isfinite(cell.estimate)) {
+                lowest_ = anyCell_ ? std::min(lowest_, cell.estimate) : cell.estimate;
+                highest_ = anyCell_ ? std::max(highest_, cell.estimate) : cell.estimate;
+                anyCell_ = true;
+            }
             cells.emplace_back(column, std::move(cell));
         }
     }

@@ -10,11 +10,12 @@
 
 namespace tavrelle {
 
-// The null allele estimate the study overview shows in its cells, colours and heat map. Switching
-// the estimator is these two lines.
-inline constexpr const char* kStudyEstimateName = "Chakraborty";
-inline double StudyEstimate(const LocusResult& locus) {
-    return locus.nulls.estimates[kChakraborty];
+// The null allele estimate the study overview shows in its cells, colours and heat map: the
+// maximum likelihood one under Hardy-Weinberg proportions, blanks as null homozygotes.
+inline constexpr const char* kStudyEstimateName = "EM";
+inline double StudyEstimate(const PopulationResult& population, const LocusResult& locus) {
+    if (!population.likelihood) return kNoValue;
+    return population.likelihood->loci.at(static_cast<std::size_t>(locus.index)).estimates[kEm];
 }
 
 // What the interpretation of a locus concludes, as three flags: a null allele, stutter, large

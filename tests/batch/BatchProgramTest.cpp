@@ -28,6 +28,9 @@ const std::string kSmallFile =
 
 // The small file, and a second population of one sample, too few to analyse.
 const std::string kOneTooSmall = kSmallFile + "Pop\nb1 , 100102 150150\n";
+const std::string kOneStandardOutput =
+    "Only one of --json, --csv and --report may write to standard output (\"-\"); send the "
+    "others to files.";
 
 // Sample a3 has 999 at LocA, above the maximum size.
 std::string WithSuspect() {
@@ -64,8 +67,8 @@ TEST(BatchOptions, RefusalsNameTheOptionAndTheRule) {
         {{"f.gen", "--max-allele-size", "49"},
          "--max-allele-size: give a whole number from 50 to 700 (got '49')."},
         {{"f.gen", "--max-allele-size", "700"}, ""},
-        {{"f.gen", "--json", "-", "--csv", "-"},
-         "--json - and --csv - both ask for standard output; send one to a file."},
+        {{"f.gen", "--json", "-", "--csv", "-"}, kOneStandardOutput},
+        {{"f.gen", "--csv", "-", "--report", "-"}, kOneStandardOutput},
         {{"f.gen", "--json", "-"}, ""},
         {{"f.gen", "--bootstrap", "-1"}, "--bootstrap: '-1' is not a whole number."},
         {{"f.gen", "--threads", "0"}, "--threads: give a whole number from 1 to 256 (got '0')."},
