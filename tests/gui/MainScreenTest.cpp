@@ -271,9 +271,9 @@ TEST_F(ScreenTest, CancellingSaveAsEndsTheSessionWithARecoveryFile) {
 TEST_F(ScreenTest, ARunWithTooManySamplesResetsTheScreen) {
     std::string text = "Too many\nLocA\nPop\n";
     for (int i = 0; i < 160; ++i)
-        text += "h" + std::to_string(i) + ",  100100\n";
+        text.append("h").append(std::to_string(i)).append(",  100100\n");
     for (int i = 0; i < 240; ++i)
-        text += "e" + std::to_string(i) + ",  102104\n";
+        text.append("e").append(std::to_string(i)).append(",  102104\n");
     Open(WriteFile("many.gen", text));
     SetAllMotifs(2);
     Button("RandButton")->click();
