@@ -8,8 +8,10 @@ namespace tavrelle {
 namespace {
 constexpr const char* kLineEnd = "\r\n";
 
+// The fields of a date and a time, 0 to 99.
 std::string TwoDigits(int value) {
-    return (value < 10 ? "0" : "") + std::to_string(value);
+    std::string text = std::to_string(value);
+    return text.size() < 2 ? std::string(2 - text.size(), '0').append(text) : text;
 }
 }  // namespace
 
@@ -88,8 +90,10 @@ void WorkingLogs::WriteDifferenceHead(const std::string& populationName,
 
 std::string WorkingLogs::CountsText(const CountArray& counts) {
     std::string text;
-    for (Int16 count : counts)
-        text += "\t" + std::to_string(count);
+    for (Int16 count : counts) {
+        text += '\t';
+        text += std::to_string(count);
+    }
     return text;
 }
 

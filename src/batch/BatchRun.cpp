@@ -59,8 +59,9 @@ std::string LoadFailure(const std::string& file, const RecordingPrompter& prompt
         if (example == ExampleScreen::Genepop) {
             message += std::string("\n") + kGenepopRefusal;
         } else {
-            message +=
-                "\n" + std::string(kExcelExampleLabel1) + "\n" + std::string(kExcelExampleLabel2);
+            // Appended piece by piece: a literal before a temporary string sets off GCC 12's
+            // -Wrestrict false positive in Release builds.
+            (((message += '\n') += kExcelExampleLabel1) += '\n') += kExcelExampleLabel2;
         }
     }
     if (numericNames) message += "\n(--accept-numeric-names loads such a sheet as it stands.)";

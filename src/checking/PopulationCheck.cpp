@@ -1,6 +1,7 @@
 #include "checking/PopulationCheck.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "base/Numbers.h"
 
@@ -64,7 +65,100 @@ Int16 RepeatCode(const std::vector<Int16>& repeatCodes, int locus) {
     return code;
 }
 
+// The maximum allele size typed, clamped to what is permitted, with a word when it is unusual;
+// nothing when the text is no whole number. A size past 32 bits is no whole number to the box
+// either; one past 16 bits is simply above the largest maximum. Nothing typed into the box ends
+// the session.
+std::optional<Int16> ReadMaximumSize(std::string_view sizeText, Prompter& prompter) {
+    bool whole = false;
+    try {
+        whole = IsWholeNumber(sizeText);
+    } catch (const ProgramError&) {
+    }
+    if (sizeText.empty() || !whole) {
+        prompter.Show(Box("The Maximum Allele Size must be an Integer"));
+        return std::nullopt;
+    }
+    const double typed = NumericValue(sizeText).value_or(0);
+    const Int16 maximum = typed > kLargestMaximum    ? kLargestMaximum
+                          : typed < kSmallestMaximum ? kSmallestMaximum
+                                                     : ToInt16(typed);
+    if (maximum < kUsualLow || maximum > kUsualHigh) {
+        prompter.Show(
+            Box("The maximum allele size is set outside normal limits.\r"
+                "The range is usually " +
+                std::to_string(kUsualLow) + " to " + std::to_string(kUsualHigh) + " but " +
+                std::to_string(kSmallestMaximum) + " to " + std::to_string(kLargestMaximum) +
+                " is permitted."));
+    }
+    return maximum;
+}
+
+// The samples of the population, rows 2 to the last, with the recordset on each in turn.
+template <class Visit>
+void ForEachSample(Table& table, Visit visit) {
+    const int lastRow = Narrow16(table.RecordCount() - 1);
+    table.MoveFirst();
+    table.Move(1);
+    for (int row = 2; row <= lastRow; ++row) {
+        table.MoveNext();
+        visit(row);
+    }
+}
+
+// First pass: whole numbers within 1 to the maximum; so every missing allele (0) is listed.
+void ListRange(Table& table, Int16 maximum, CellCollector& nonInteger, CellCollector& unexpected) {
+    const int columnCount = table.ColumnCount();
+    ForEachSample(table, [&](int row) {
+        for (int column = 2; column <= columnCount - 2; column += 2) {
+            for (int cell : {column, column + 1}) {
+                const std::string& text = table.Field(cell);
+                if (!IsWholeNumber(text))
+                    nonInteger.Add(table, cell, row);
+                else if (const Int16 value = TextToInt16(text); value > maximum || value < 1)
+                    unexpected.Add(table, cell, row);
+            }
+        }
+    });
+}
+
+// Second pass: the first sample's Allele A alone sets each locus's reference modulus; a missing
+// allele never breaks the motif.
+void ListMotifBreaks(Table& table, const std::vector<Int16>& repeatCodes,
+                     CellCollector& inconsistent) {
+    const int loci = (table.ColumnCount() - 2) / 2;
+    std::vector<Int16> reference;
+    table.MoveFirst();
+    table.Move(2);
+    for (int locus = 0; locus < loci; ++locus) {
+        reference.push_back(static_cast<Int16>(TextToInt16(table.Field(2 + 2 * locus)) %
+                                               RepeatCode(repeatCodes, locus)));
+    }
+    ForEachSample(table, [&](int row) {
+        for (int locus = 0; locus < loci; ++locus) {
+            const Int16 code = RepeatCode(repeatCodes, locus);
+            for (int cell : {2 + 2 * locus, 3 + 2 * locus}) {
+                const Int16 value = TextToInt16(table.Field(cell));
+                if (value % code != reference[static_cast<std::size_t>(locus)] && value != 0)
+                    inconsistent.Add(table, cell, row);
+            }
+        }
+    });
+}
+
 }  // namespace
+
+bool CheckStarted(CheckEnding ending) {
+    return ending != CheckEnding::MotifMissing;
+}
+
+bool CheckAllowsRun(CheckEnding ending) {
+    return ending == CheckEnding::Suspect || ending == CheckEnding::Clean;
+}
+
+bool CheckReadTheMotifs(CheckEnding ending) {
+    return ending != CheckEnding::MotifMissing && ending != CheckEnding::InsufficientData;
+}
 
 CheckOutcome ValidatePopulation(Table& rsAlleleData, const std::vector<Int16>& repeatCodes,
                                 std::string_view sizeText, CheckFlags& flags, SuspectCells& cells,
@@ -84,39 +178,13 @@ CheckOutcome CheckPopulation(Table& rsAlleleData, const std::vector<Int16>& repe
                              Prompter& prompter) {
     CheckOutcome outcome;
     flags.CheckClean = true;
-    outcome.PanesCleared = true;
-
-    // A size past 32 bits is no whole number to the box either; one past 16 bits is simply
-    // above the largest maximum. Nothing typed into the box ends the session.
-    bool whole = false;
-    try {
-        whole = IsWholeNumber(sizeText);
-    } catch (const ProgramError&) {
-    }
-    if (sizeText.empty() || !whole) {
-        prompter.Show(Box("The Maximum Allele Size must be an Integer"));
+    const std::optional<Int16> maximum = ReadMaximumSize(sizeText, prompter);
+    if (!maximum) {
         outcome.ending = CheckEnding::SizeNotInteger;
-        outcome.HourglassStays = true;
-        outcome.RefreshLocusPanel = true;
         return outcome;
     }
+    outcome.maximumSize = std::to_string(*maximum);
 
-    rsAlleleData.MoveFirst();
-    const double typed = NumericValue(sizeText).value_or(0);
-    const Int16 maximum = typed > kLargestMaximum    ? kLargestMaximum
-                          : typed < kSmallestMaximum ? kSmallestMaximum
-                                                     : ToInt16(typed);
-    outcome.SizeText = std::to_string(maximum);
-    if (maximum < kUsualLow || maximum > kUsualHigh) {
-        prompter.Show(
-            Box("The maximum allele size is set outside normal limits.\r"
-                "The range is usually " +
-                std::to_string(kUsualLow) + " to " + std::to_string(kUsualHigh) + " but " +
-                std::to_string(kSmallestMaximum) + " to " + std::to_string(kLargestMaximum) +
-                " is permitted."));
-    }
-
-    rsAlleleData.MoveNext();
     if (rsAlleleData.RecordCount() < 6) {
         flags.AbandonRun = true;
         prompter.Show(Box("Insufficient data to perform analysis", MessageIcon::Exclamation));
@@ -124,28 +192,10 @@ CheckOutcome CheckPopulation(Table& rsAlleleData, const std::vector<Int16>& repe
         return outcome;
     }
 
-    const int lastRow = Narrow16(rsAlleleData.RecordCount() - 1);
-    const int columnCount = rsAlleleData.ColumnCount();
     CellCollector nonInteger(cells.NonIntegerCells, nullptr);
     CellCollector unexpected(cells.UnexpectedCells, &cells.UnexpectedBookmarks);
     CellCollector inconsistent(cells.InconsistentCells, &cells.InconsistentBookmarks);
-
-    // First pass: whole numbers within 1 to the maximum; so every missing allele (0) is listed.
-    for (int row = 2; row <= lastRow; ++row) {
-        rsAlleleData.MoveNext();
-        for (int column = 2; column <= columnCount - 2; column += 2) {
-            for (int cell : {column, column + 1}) {
-                const std::string& text = rsAlleleData.Field(cell);
-                if (IsWholeNumber(text)) {
-                    Int16 value = TextToInt16(text);
-                    if (!(value <= maximum && value >= 1)) unexpected.Add(rsAlleleData, cell, row);
-                } else {
-                    nonInteger.Add(rsAlleleData, cell, row);
-                }
-            }
-        }
-    }
-
+    ListRange(rsAlleleData, *maximum, nonInteger, unexpected);
     if (nonInteger.Count() > 0) {
         // The modulus test needs a number in every cell.
         flags.CheckClean = false;
@@ -153,37 +203,10 @@ CheckOutcome CheckPopulation(Table& rsAlleleData, const std::vector<Int16>& repe
                               " value(s) not positive integer.\r\nPlease correct and try again.",
                           MessageIcon::Critical));
         outcome.ending = CheckEnding::NonInteger;
-        outcome.LeftPanel = PanelChange::Shown;
-        outcome.LocationText =
-            LocationSection(rsAlleleData, "Non-integer values:", nonInteger.Cells());
-        outcome.RefreshLocusPanel = true;
+        outcome.listing = LocationSection(rsAlleleData, "Non-integer values:", nonInteger.Cells());
         return outcome;
     }
-
-    // The first sample's Allele A alone sets each locus's reference modulus.
-    const int loci = (columnCount - 2) / 2;
-    std::vector<Int16> reference;
-    rsAlleleData.MoveFirst();
-    rsAlleleData.Move(2);
-    for (int locus = 0; locus < loci; ++locus) {
-        reference.push_back(static_cast<Int16>(TextToInt16(rsAlleleData.Field(2 + 2 * locus)) %
-                                               RepeatCode(repeatCodes, locus)));
-    }
-
-    // Second pass: a missing allele never breaks the motif.
-    rsAlleleData.MoveFirst();
-    rsAlleleData.Move(1);
-    for (int row = 2; row <= lastRow; ++row) {
-        rsAlleleData.MoveNext();
-        for (int locus = 0; locus < loci; ++locus) {
-            Int16 code = RepeatCode(repeatCodes, locus);
-            for (int cell : {2 + 2 * locus, 3 + 2 * locus}) {
-                Int16 value = TextToInt16(rsAlleleData.Field(cell));
-                if (value % code != reference[static_cast<std::size_t>(locus)] && value != 0)
-                    inconsistent.Add(rsAlleleData, cell, row);
-            }
-        }
-    }
+    ListMotifBreaks(rsAlleleData, repeatCodes, inconsistent);
 
     std::string summary;
     if (unexpected.Count() > 0)
@@ -192,32 +215,25 @@ CheckOutcome CheckPopulation(Table& rsAlleleData, const std::vector<Int16>& repe
     if (inconsistent.Count() > 0)
         summary +=
             std::to_string(inconsistent.Count()) + " value(s) with inconsistent modulus.\r\n";
-    outcome.EnableRunCommands = true;
-    outcome.RefreshLocusPanel = true;
-
+    flags.UncheckedData = false;
     if (summary.empty()) {
         outcome.ending = CheckEnding::Clean;
-        outcome.LeftPanel = PanelChange::Hidden;
         if (!flags.AnalyseInProgress) {
             prompter.Show(
                 Box("No errors were found in the input data.\r\n"
                     "Click 'Analyse' or 'Next Population' to continue."));
         }
-        flags.UncheckedData = false;
         return outcome;
     }
 
     outcome.ending = CheckEnding::Suspect;
-    outcome.LeftPanel = PanelChange::Shown;
     if (unexpected.Count() > 0)
-        outcome.LocationText +=
-            LocationSection(rsAlleleData, "Unexpected values:", unexpected.Cells());
+        outcome.listing += LocationSection(rsAlleleData, "Unexpected values:", unexpected.Cells());
     if (inconsistent.Count() > 0)
-        outcome.LocationText +=
+        outcome.listing +=
             LocationSection(rsAlleleData, "Inconsistent values:", inconsistent.Cells());
     flags.CheckClean = false;
     if (!flags.AnalyseInProgress) prompter.Show(Box(summary, MessageIcon::Exclamation));
-    flags.UncheckedData = false;
     return outcome;
 }
 

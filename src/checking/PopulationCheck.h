@@ -22,27 +22,23 @@ enum class CheckEnding {
     Clean,             // nothing found
 };
 
-enum class PanelChange { Unchanged, Shown, Hidden };
-
-// What the main screen must do after a check. The message boxes have already been shown
-// through the prompter, in their order.
+// What a check found. The message boxes have already been shown through the prompter, in their
+// order; what the screen makes of the ending is the screen's to decide.
 struct CheckOutcome {
     CheckEnding ending = CheckEnding::MotifMissing;
-    // mnuToggle and toolbar button 10 disabled; LocationText, AnalysisTBox and AdvisoryTBox
-    // emptied.
-    bool PanesCleared = false;
-    // The text SizeTextBox takes, when the check wrote the size back.
-    std::optional<std::string> SizeText;
-    // Shown: LeftPanel takes a sixth of MessageBar's width and shows LocationText. Hidden:
-    // LeftPanel and MessageBar hidden, the grid takes the form's width less 100 twips.
-    PanelChange LeftPanel = PanelChange::Unchanged;
-    std::string LocationText;
-    // RandButton and mnuDisplayGraphs enabled.
-    bool EnableRunCommands = false;
-    // The hourglass shown at the start stays until another command resets it.
-    bool HourglassStays = false;
-    bool RefreshLocusPanel = false;
+    // The maximum allele size the check took, clamped, once the size was read.
+    std::optional<std::string> maximumSize;
+    // The cells listed by a NonInteger or Suspect ending, a section per list, rows and columns
+    // as the grid shows them.
+    std::string listing;
 };
+
+// The check began, so that what earlier checks and runs left on the screen no longer holds.
+bool CheckStarted(CheckEnding ending);
+// The population can go on to a run: the check ended with values that are whole numbers.
+bool CheckAllowsRun(CheckEnding ending);
+// The check read the motifs of the loci; the locus panel shows them again.
+bool CheckReadTheMotifs(CheckEnding ending);
 
 // The Check button: every locus needs a repeat code other than 0, then the population check.
 CheckOutcome ValidatePopulation(Table& rsAlleleData, const std::vector<Int16>& repeatCodes,

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <iterator>
+#include <optional>
 #include <vector>
 
 #include "base/ProgramError.h"
@@ -148,14 +150,15 @@ private:
     std::size_t offset_ = 0;
 };
 
-}  // namespace
+struct Entry {
+    std::size_t position;
+    unsigned type;
+    std::string_view body;
+};
 
-void CheckBiff8Stream(std::string_view stream) {
-    struct Entry {
-        std::size_t position;
-        unsigned type;
-        std::string_view body;
-    };
+// The records of the stream, each within it and within the size Excel allows; the stream may
+// end in padding shorter than a record header.
+std::vector<Entry> SplitRecords(std::string_view stream) {
     std::vector<Entry> records;
     std::size_t at = 0;
     while (at + 4 <= stream.size()) {
@@ -166,128 +169,163 @@ void CheckBiff8Stream(std::string_view stream) {
         records.push_back({at, type, stream.substr(at + 4, length)});
         at += 4 + length;
     }
-    // The stream may end in padding shorter than a record header.
     for (; at < stream.size(); ++at)
         if (stream[at] != '\0') Refuse();
+    return records;
+}
 
+// What the walk over the records has met so far.
+struct Walk {
+    explicit Walk(const std::vector<Entry>& all) : records(all) {}
+    const std::vector<Entry>& records;
+    std::size_t next = 0;  // the record after the one in hand
+    int depth = 0;         // substreams open: the globals or a sheet, and a chart inside
+    std::vector<std::size_t> sheetStarts;
+    std::vector<std::size_t> sheetPositions;  // where the workbook says its sheets start
+    int dimensions = 0;                       // of the substream in hand
+    std::optional<std::uint32_t> sharedStrings;
+};
+
+void OpenSubstream(std::string_view body, Walk& walk) {
+    if (U16(body, 0) != 0x0600) Refuse();
+    if (walk.depth == 0) {
+        if (walk.next > 1) walk.sheetStarts.push_back(walk.records[walk.next - 1].position);
+        walk.dimensions = 0;
+    }
+    ++walk.depth;
+}
+
+void CloseSubstream(std::string_view, Walk& walk) {
+    --walk.depth;
+}
+
+void RefuseRecord(std::string_view, Walk&) {
+    Refuse();
+}
+
+void Encrypted(std::string_view, Walk&) {
+    throw ProgramError(-2147467259, "Could not decrypt file.");
+}
+
+void CheckSheetEntry(std::string_view body, Walk& walk) {
+    walk.sheetPositions.push_back(U32(body, 0));
+    if (U8(body, 6) == 0 || U8(body, 7) > 1) Refuse();
+    CheckString(body, 6, true);
+}
+
+// The table comes once, with the CONTINUE records that follow it.
+void CheckSharedStrings(std::string_view body, Walk& walk) {
+    if (walk.sharedStrings) Refuse();
+    std::vector<std::string_view> bodies{body};
+    while (walk.next < walk.records.size() && walk.records[walk.next].type == kContinue)
+        bodies.push_back(walk.records[walk.next++].body);
+    walk.sharedStrings = SharedStringCheck(bodies).Count();
+}
+
+void CheckFormat(std::string_view body, Walk&) {
+    CheckString(body, 2, false);
+}
+
+void CheckDimensions(std::string_view body, Walk& walk) {
+    if (walk.depth == 1 && ++walk.dimensions > 1) Refuse();
+    if (U32(body, 0) > U32(body, 4) || U32(body, 4) > 65536 || U16(body, 8) > U16(body, 10) ||
+        U16(body, 10) > 256)
+        Refuse();
+}
+
+// Whole six-byte cells, as many as the first and last column say.
+void CheckMulRk(std::string_view body, Walk&) {
+    if ((body.size() - 6) % 6 != 0 ||
+        U16(body, body.size() - 2) + 1 != U16(body, 2) + (body.size() - 6) / 6)
+        Refuse();
+}
+
+void CheckSharedLabel(std::string_view body, Walk& walk) {
+    if (!walk.sharedStrings || U32(body, 6) >= *walk.sharedStrings) Refuse();
+}
+
+void CheckLabel(std::string_view body, Walk&) {
+    CheckString(body, 6, false);
+}
+
+struct RecordRule {
+    unsigned type;
+    std::size_t shortest;                         // body length the record needs
+    void (*check)(std::string_view body, Walk&);  // null: its length is all there is
+};
+
+// Every record FreeXL reads, and what it must hold. Records of the older formats, which FreeXL
+// would act on even in a BIFF8 stream (a record 0 as a second set of dimensions, for one), never
+// stand in a BIFF8 stream.
+constexpr RecordRule kRules[] = {
+    {kBof, 8, OpenSubstream},
+    {kEof, 0, CloseSubstream},
+    {kFilePass, 0, Encrypted},
+    {kCodepage, 2, nullptr},
+    {kDateMode, 2, nullptr},
+    {kBoundSheet, 8, CheckSheetEntry},
+    {kSst, 0, CheckSharedStrings},
+    {kFormat, 5, CheckFormat},
+    {kXf, 20, nullptr},
+    {kDimensions, 14, CheckDimensions},
+    {kNumber, 14, nullptr},
+    {kRk, 10, nullptr},
+    {kMulRk, 12, CheckMulRk},
+    {kLabelSst, 10, CheckSharedLabel},
+    {kLabel, 9, CheckLabel},
+    {kRString, 9, CheckLabel},
+    {kBoolErr, 8, nullptr},
+    {kFormula, 20, nullptr},
+    {0x0000, 0, RefuseRecord},
+    {0x0001, 0, RefuseRecord},
+    {0x0002, 0, RefuseRecord},
+    {0x0003, 0, RefuseRecord},
+    {0x0004, 0, RefuseRecord},
+    {0x0005, 0, RefuseRecord},
+    {0x0007, 0, RefuseRecord},
+    {0x0008, 0, RefuseRecord},
+    {0x001E, 0, RefuseRecord},
+    {0x0043, 0, RefuseRecord},
+    {0x0206, 0, RefuseRecord},
+    {0x0243, 0, RefuseRecord},
+    {0x0406, 0, RefuseRecord},
+    {0x0443, 0, RefuseRecord},
+    {kBof2, 0, RefuseRecord},
+    {kBof3, 0, RefuseRecord},
+    {kBof4, 0, RefuseRecord},
+};
+
+const RecordRule* RuleFor(unsigned type) {
+    const auto* rule = std::find_if(std::begin(kRules), std::end(kRules),
+                                    [type](const RecordRule& r) { return r.type == type; });
+    return rule == std::end(kRules) ? nullptr : rule;
+}
+
+}  // namespace
+
+void CheckBiff8Stream(std::string_view stream) {
+    const std::vector<Entry> records = SplitRecords(stream);
     if (records.empty() || records[0].type != kBof) Refuse();
     NeedLength(records[0].body, 4);
     if (U16(records[0].body, 0) != 0x0600 || U16(records[0].body, 2) != 0x0005) Refuse();
 
     // The substreams: the globals, then one per sheet, each from its BOF to its EOF, charts nested
     // inside sheets; between and after them only padding.
-    int depth = 0;
-    std::vector<std::size_t> sheetStarts;
-    std::vector<std::size_t> sheetPositions;
-    int dimensions = 0;
-    std::uint32_t sharedStrings = 0;
-    bool sharedStringsSeen = false;
-    for (std::size_t i = 0; i < records.size(); ++i) {
-        const std::string_view body = records[i].body;
-        if (depth == 0 && records[i].type != kBof) {
-            if (records[i].type != 0 || !body.empty()) Refuse();
+    Walk walk(records);
+    while (walk.next < records.size()) {
+        const Entry& record = records[walk.next++];
+        if (walk.depth == 0 && record.type != kBof) {
+            if (record.type != 0 || !record.body.empty()) Refuse();
             continue;
         }
-        switch (records[i].type) {
-            case kBof:
-                NeedLength(body, 8);
-                if (U16(body, 0) != 0x0600) Refuse();
-                if (depth == 0 && i > 0) sheetStarts.push_back(records[i].position);
-                if (depth == 0) dimensions = 0;
-                ++depth;
-                break;
-            case kEof:
-                --depth;
-                break;
-            // Records of the older formats, which FreeXL would act on even in a BIFF8 stream (a
-            // record 0 as a second set of dimensions, for one), never stand in a BIFF8 stream.
-            case 0x0000:
-            case 0x0001:
-            case 0x0002:
-            case 0x0003:
-            case 0x0004:
-            case 0x0005:
-            case 0x0007:
-            case 0x0008:
-            case 0x001E:
-            case 0x0043:
-            case 0x0206:
-            case 0x0243:
-            case 0x0406:
-            case 0x0443:
-            case kBof2:
-            case kBof3:
-            case kBof4:
-                Refuse();
-            case kFilePass:
-                throw ProgramError(-2147467259, "Could not decrypt file.");
-            case kCodepage:
-            case kDateMode:
-                NeedLength(body, 2);
-                break;
-            case kBoundSheet:
-                NeedLength(body, 8);
-                sheetPositions.push_back(U32(body, 0));
-                if (U8(body, 6) == 0 || U8(body, 7) > 1) Refuse();
-                CheckString(body, 6, true);
-                break;
-            case kSst: {
-                if (sharedStringsSeen) Refuse();
-                sharedStringsSeen = true;
-                std::vector<std::string_view> bodies{body};
-                while (i + 1 < records.size() && records[i + 1].type == kContinue)
-                    bodies.push_back(records[++i].body);
-                sharedStrings = SharedStringCheck(bodies).Count();
-                break;
-            }
-            case kFormat:
-                NeedLength(body, 5);
-                CheckString(body, 2, false);
-                break;
-            case kXf:
-                NeedLength(body, 20);
-                break;
-            case kDimensions:
-                NeedLength(body, 14);
-                if (depth == 1 && ++dimensions > 1) Refuse();
-                if (U32(body, 0) > U32(body, 4) || U32(body, 4) > 65536 ||
-                    U16(body, 8) > U16(body, 10) || U16(body, 10) > 256)
-                    Refuse();
-                break;
-            case kNumber:
-                NeedLength(body, 14);
-                break;
-            case kRk:
-                NeedLength(body, 10);
-                break;
-            case kMulRk:
-                NeedLength(body, 12);
-                if ((body.size() - 6) % 6 != 0 ||
-                    U16(body, body.size() - 2) + 1 != U16(body, 2) + (body.size() - 6) / 6)
-                    Refuse();
-                break;
-            case kLabelSst:
-                NeedLength(body, 10);
-                if (!sharedStringsSeen || U32(body, 6) >= sharedStrings) Refuse();
-                break;
-            case kLabel:
-            case kRString:
-                NeedLength(body, 9);
-                CheckString(body, 6, false);
-                break;
-            case kBoolErr:
-                NeedLength(body, 8);
-                break;
-            case kFormula:
-                NeedLength(body, 20);
-                break;
-            default:
-                break;
+        if (const RecordRule* rule = RuleFor(record.type)) {
+            NeedLength(record.body, rule->shortest);
+            if (rule->check) rule->check(record.body, walk);
         }
     }
     // Every substream closed, and the sheets where the workbook says they are.
-    std::sort(sheetPositions.begin(), sheetPositions.end());
-    if (depth != 0 || sheetPositions != sheetStarts) Refuse();
+    std::sort(walk.sheetPositions.begin(), walk.sheetPositions.end());
+    if (walk.depth != 0 || walk.sheetPositions != walk.sheetStarts) Refuse();
 }
 
 }  // namespace tavrelle

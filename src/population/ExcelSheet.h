@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tavrelle {
 
@@ -27,6 +28,8 @@ public:
     // The sheet of that name, with case ignored as the spreadsheet ignores it; nullptr when the
     // workbook has none. A sheet that cannot be read throws ProgramError.
     virtual std::unique_ptr<ExcelSheet> OpenSheet(const std::string& name) = 0;
+    // The names of the worksheets, in the workbook's order, for the user to pick from.
+    virtual std::vector<std::string> SheetNames() const { return {}; }
 };
 
 }  // namespace tavrelle

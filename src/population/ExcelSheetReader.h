@@ -21,6 +21,9 @@ public:
     virtual ~ExcelSheetReader() = default;
     virtual void ReadExcelSheet(InputDataSource& store, const std::string& fileLocation,
                                 const std::string& sheetName, Prompter& prompter) = 0;
+    // The worksheets of the workbook, for the sheet dialog to offer; none when it cannot be
+    // read (opening it then says why).
+    virtual std::vector<std::string> SheetNames(const std::string& /*fileLocation*/) { return {}; }
 
 protected:
     // The store's private load state, reachable only from a sheet reader.

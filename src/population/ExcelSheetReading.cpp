@@ -106,6 +106,14 @@ void WorkbookSheetReader::LoadSheet(InputDataSource& store, const ExcelSheet& sh
     }
 }
 
+std::vector<std::string> WorkbookSheetReader::SheetNames(const std::string& fileLocation) {
+    try {
+        return OpenWorkbook(fileLocation)->SheetNames();
+    } catch (const std::exception&) {
+        return {};
+    }
+}
+
 void WorkbookSheetReader::ReadExcelSheet(InputDataSource& store, const std::string& fileLocation,
                                          const std::string& sheetName, Prompter& prompter) {
     store.rsTempData = Table();

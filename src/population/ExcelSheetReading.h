@@ -19,6 +19,7 @@ class WorkbookSheetReader : public ExcelSheetReader {
 public:
     void ReadExcelSheet(InputDataSource& store, const std::string& fileLocation,
                         const std::string& sheetName, Prompter& prompter) final;
+    std::vector<std::string> SheetNames(const std::string& fileLocation) override;
 
 protected:
     // Opens the workbook. A file that is no workbook of the format throws ProgramError, which

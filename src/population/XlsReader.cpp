@@ -160,6 +160,21 @@ public:
     explicit XlsWorkbook(const std::string& fileLocation)
         : handle_(std::make_shared<XlsHandle>(fileLocation)) {}
 
+    std::vector<std::string> SheetNames() const override {
+        std::vector<std::string> names;
+        unsigned int count = 0;
+        if (freexl_get_info(handle_->Get(), FREEXL_BIFF_SHEET_COUNT, &count) != FREEXL_OK)
+            return names;
+        for (unsigned int index = 0; index < count && index <= 0xFFFF; ++index) {
+            const char* sheetName = nullptr;
+            if (freexl_get_worksheet_name(handle_->Get(), static_cast<unsigned short>(index),
+                                          &sheetName) == FREEXL_OK &&
+                sheetName != nullptr)
+                names.emplace_back(sheetName);
+        }
+        return names;
+    }
+
     std::unique_ptr<ExcelSheet> OpenSheet(const std::string& name) override {
         unsigned int count = 0;
         if (freexl_get_info(handle_->Get(), FREEXL_BIFF_SHEET_COUNT, &count) != FREEXL_OK)

@@ -385,6 +385,13 @@ public:
             package_.ParsePart(relationshipsPart, *relationships_);
     }
 
+    std::vector<std::string> SheetNames() const override {
+        std::vector<std::string> names;
+        for (const SheetEntry& sheet : sheets_)
+            names.push_back(sheet.name);
+        return names;
+    }
+
     std::unique_ptr<ExcelSheet> OpenSheet(const std::string& name) override {
         const std::string wanted = UpperCase(name);
         auto entry = std::find_if(sheets_.begin(), sheets_.end(), [&](const SheetEntry& sheet) {

@@ -3,12 +3,12 @@
 #include <QDesktopServices>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QInputDialog>
 #include <QMessageBox>
 #include <QStringList>
 #include <QUrl>
 
 #include "checking/screens/frmErrorDialog.h"
+#include "population/FileKind.h"
 #include "population/screens/frmExcelExample.h"
 #include "population/screens/frmGenepopExample.h"
 #include "population/screens/frmSheetDialog.h"
@@ -121,11 +121,13 @@ std::optional<std::vector<std::string>> DesktopInteraction::NewGridLoci() {
     return dialog.Loci();
 }
 
-std::string DesktopInteraction::SheetName(const std::string&) {
-    bool ok = false;
-    const QString name = QInputDialog::getText(
-        owner_, "Select Sheet", "Name of the sheet to read:", QLineEdit::Normal, "Sheet1", &ok);
-    return ok ? name.toStdString() : std::string();
+std::string DesktopInteraction::SheetName(const std::string& workbook) {
+    std::vector<std::string> names;
+    if (const auto reader = MakeExcelSheetReader(KindOfFile(workbook)))
+        names = reader->SheetNames(workbook);
+    frmSheetDialog dialog(*this, names, owner_);
+    dialog.exec();
+    return dialog.SheetName();
 }
 
 }  // namespace tavrelle
@@ -140,7 +142,9 @@ int DesktopInteraction::OpenDocument(const std::string& path) {
     const QFileInfo file(target);
     if (!file.dir().exists()) return 3;
     if (!file.exists()) return 2;
-    return QDesktopServices::openUrl(QUrl::fromLocalFile(file.absoluteFilePath())) ? 0 : 31;
+    // No program to open it with: the code the user guide answers with the word about a
+    // reader that may not be installed, rather than a silent failure.
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(file.absoluteFilePath())) ? 0 : 3;
 }
 
 void DesktopInteraction::ShowHelp(const std::string& file, const std::string& topic, int command) {

@@ -4,28 +4,47 @@
 
 namespace tavrelle {
 
-// The controls whose enabling or visibility the screen's states decide.
+// The commands and panes of the main screen, as the state table and the frame's command table
+// name them. A new command is one id here, one row in the frame's menu or toolbar table and a
+// handler.
 enum class Control {
-    // menus
-    mnuToggle,
+    // menu commands
+    mnuNew,
+    mnuFileOpen,
     mnuSaveAs,
-    mnuDisplayGraphs,
-    mnuAnalysis,
-    mnuNulls,
+    mnuFileExit,
     mnuCut,
     mnuCopy,
     mnuPaste,
     mnuSelectAll,
     mnuDelete,
-    // toolbar positions
-    Toolbar4,
-    Toolbar6,
-    Toolbar7,
-    Toolbar8,
-    Toolbar10,
-    Toolbar12,
-    Toolbar14,
-    Toolbar16,
+    mnuToggle,
+    mnuRandAll,
+    mnuDisplayGraphs,
+    mnuAnalysis,
+    mnuNulls,
+    mnuLikelihood,
+    mnuStudyOverview,
+    mnuExportReport,
+    mnuCascade,
+    mnuTile,
+    mnuHelpContents,
+    mnuHelpIndex,
+    mnuHelpPDF,
+    mnuHelpQ,
+    mnuHelpAbout,
+    // toolbar buttons
+    ToolNew,
+    ToolOpen,
+    ToolSave,
+    ToolCut,
+    ToolCopy,
+    ToolPaste,
+    ToolToggle,
+    ToolCloseGraphs,
+    ToolEstimate,
+    ToolCompare,
+    ToolStudy,
     // settings panel and bottom bar
     RepeatLabel,
     RepeatCombo,

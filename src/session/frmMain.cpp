@@ -22,7 +22,6 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
-#include "base/InstallPaths.h"
 #include "session/GridView.h"
 #include "widgets/Twips.h"
 
@@ -48,7 +47,7 @@ frmMain::frmMain(Session& session, Interaction& interaction, std::filesystem::pa
       programFolder_(std::move(programFolder)) {
     LoadResources();
     setObjectName("frmMain");
-    HelpFile = InstalledFile(programFolder_, "TavrelleHelp").string();
+    helpFile_ = (programFolder_ / "TavrelleHelp").string();
     setWindowIcon(QIcon(":/icons/tavrelle.svg"));
     BuildMenus();
     BuildToolbar();
@@ -72,13 +71,14 @@ frmMain::frmMain(Session& session, Interaction& interaction, std::filesystem::pa
     setCentralWidget(central);
 
     StatusPanel1 = new QLabel("  Ready", this);
+    StatusPanel1->setObjectName("StatusPanel1");
     statusBar()->addWidget(StatusPanel1, 1);
 
     // Where the frame stood at the end of the last session, or the first-session defaults.
     QSettings settings("Tavrelle", "Tavrelle");
     settings.beginGroup("Settings");
     auto value = [&](const char* key, const char* fallback) {
-        return settings.value(key, fallback).toString().toFloat();
+        return static_cast<double>(settings.value(key, fallback).toString().toFloat());
     };
     setGeometry(TwipsToPixels(value("MainLeft", "1000")), TwipsToPixels(value("MainTop", "1000")),
                 TwipsToPixels(value("MainWidth", "6500")),
@@ -102,84 +102,109 @@ frmMain::~frmMain() {
     disconnect(qApp, &QApplication::focusChanged, this, nullptr);
 }
 
-void frmMain::Connect(QAction* action, void (frmMain::*command)()) {
+void frmMain::Connect(QAction* action, Command command) {
     connect(action, &QAction::triggered, this,
             [this, command] { Guarded([=, this] { (this->*command)(); }); });
 }
 
+void frmMain::Connect(QAbstractButton* button, Command command) {
+    connect(button, &QAbstractButton::clicked, this,
+            [this, command] { Guarded([=, this] { (this->*command)(); }); });
+}
+
+QAction* frmMain::Action(Control id) const {
+    return qobject_cast<QAction*>(controls_.at(id));
+}
+
 void frmMain::BuildMenus() {
-    QMenu* file = menuBar()->addMenu("&File");
+    enum class Before { Nothing, Separator };
+    struct MenuCommand {
+        const char* menu;
+        Control id;
+        const char* name;
+        const char* text;
+        Command command;
+        Before before = Before::Nothing;
+    };
     // The blanks align the shortcut text; the keys themselves belong to the grid.
-    mnuNew = file->addAction("&New                   Ctrl+N");
-    mnuFileOpen = file->addAction("&Open...             Ctrl+O");
-    file->addSeparator();
-    mnuSaveAs = file->addAction("Save &As...         Ctrl+S");
-    mnuExportReport = file->addAction("Export &Report...");
-    file->addSeparator();
-    mnuFileExit = file->addAction("E&xit");
-    QMenu* edit = menuBar()->addMenu("&Edit");
-    mnuCut = edit->addAction("Cu&t                    Ctrl+X");
-    mnuCopy = edit->addAction("&Copy                 Ctrl+C");
-    mnuPaste = edit->addAction("&Paste                Ctrl+V");
-    edit->addSeparator();
-    mnuSelectAll = edit->addAction("Select A&ll           Ctrl+A");
-    edit->addSeparator();
-    mnuDelete = edit->addAction("&Delete");
-    QMenu* view = menuBar()->addMenu("&View");
-    mnuToggle = view->addAction("&Show/Hide DataGrid");
-    QMenu* tools = menuBar()->addMenu("&Tools");
-    mnuRandAll = tools->addAction("&Randomise All");
-    mnuRandAll->setVisible(false);  // kept, never offered
-    mnuDisplayGraphs = tools->addAction("&Analyse Data");
-    tools->addSeparator();
-    mnuAnalysis = tools->addAction("&Estimate Frequencies");
-    mnuNulls = tools->addAction("&Compare Loci");
-    mnuLikelihood = tools->addAction("&Likelihood Estimates");
-    mnuLikelihood->setEnabled(mnuAnalysis->isEnabled());
-    connect(mnuAnalysis, &QAction::enabledChanged, mnuLikelihood, &QAction::setEnabled);
-    tools->addSeparator();
-    mnuStudyOverview = tools->addAction("&Study Overview");
-    QMenu* window = menuBar()->addMenu("&Window");
+    const MenuCommand commands[] = {
+        {"&File", Control::mnuNew, "mnuNew", "&New                   Ctrl+N",
+         &frmMain::mnuNew_Click},
+        {"&File", Control::mnuFileOpen, "mnuFileOpen", "&Open...             Ctrl+O",
+         &frmMain::mnuFileOpen_Click},
+        {"&File", Control::mnuSaveAs, "mnuSaveAs", "Save &As...         Ctrl+S",
+         &frmMain::mnuSaveAs_Click, Before::Separator},
+        {"&File", Control::mnuExportReport, "mnuExportReport", "Export &Report...",
+         &frmMain::mnuExportReport_Click},
+        {"&File", Control::mnuFileExit, "mnuFileExit", "E&xit", &frmMain::mnuFileExit_Click,
+         Before::Separator},
+        {"&Edit", Control::mnuCut, "mnuCut", "Cu&t                    Ctrl+X",
+         &frmMain::mnuCut_Click},
+        {"&Edit", Control::mnuCopy, "mnuCopy", "&Copy                 Ctrl+C",
+         &frmMain::mnuCopy_Click},
+        {"&Edit", Control::mnuPaste, "mnuPaste", "&Paste                Ctrl+V",
+         &frmMain::mnuPaste_Click},
+        {"&Edit", Control::mnuSelectAll, "mnuSelectAll", "Select A&ll           Ctrl+A",
+         &frmMain::mnuSelectAll_Click, Before::Separator},
+        {"&Edit", Control::mnuDelete, "mnuDelete", "&Delete", &frmMain::mnuDelete_Click,
+         Before::Separator},
+        {"&View", Control::mnuToggle, "mnuToggle", "&Show/Hide DataGrid",
+         &frmMain::mnuToggle_Click},
+        {"&Tools", Control::mnuRandAll, "mnuRandAll", "&Randomise All", &frmMain::RandButton_Click},
+        {"&Tools", Control::mnuDisplayGraphs, "mnuDisplayGraphs", "&Analyse Data",
+         &frmMain::RandButton_Click},
+        {"&Tools", Control::mnuAnalysis, "mnuAnalysis", "&Estimate Frequencies",
+         &frmMain::mnuAnalysis_Click, Before::Separator},
+        {"&Tools", Control::mnuNulls, "mnuNulls", "&Compare Loci", &frmMain::mnuNulls_Click},
+        {"&Tools", Control::mnuLikelihood, "mnuLikelihood", "&Likelihood Estimates",
+         &frmMain::mnuLikelihood_Click},
+        {"&Tools", Control::mnuStudyOverview, "mnuStudyOverview", "&Study Overview",
+         &frmMain::mnuStudyOverview_Click, Before::Separator},
+        {"&Window", Control::mnuCascade, "mnuCascade", "&Cascade", &frmMain::mnuCascade_Click},
+        {"&Window", Control::mnuTile, "mnuTile", "&Tile", &frmMain::mnuTile_Click},
+        {"&Help", Control::mnuHelpContents, "mnuHelpContents", "&Contents",
+         &frmMain::mnuHelpContents_Click},
+        {"&Help", Control::mnuHelpIndex, "mnuHelpIndex", "&Index", &frmMain::mnuHelpIndex_Click},
+        {"&Help", Control::mnuHelpPDF, "mnuHelpPDF", "&User Guide (PDF)",
+         &frmMain::mnuHelpPDF_Click, Before::Separator},
+        {"&Help", Control::mnuHelpQ, "mnuHelpQ", "Questionnaire", &frmMain::mnuHelpQ_Click,
+         Before::Separator},
+        {"&Help", Control::mnuHelpAbout, "mnuHelpAbout", "&About ", &frmMain::mnuHelpAbout_Click,
+         Before::Separator},
+    };
+    std::map<std::string, QMenu*> menus;
+    for (const MenuCommand& row : commands) {
+        QMenu*& menu = menus[row.menu];
+        if (!menu) menu = menuBar()->addMenu(row.menu);
+        if (row.before == Before::Separator) menu->addSeparator();
+        Connect(Register(row.id, row.name, menu->addAction(row.text)), row.command);
+    }
+    Action(Control::mnuRandAll)->setVisible(false);  // kept, never offered
+
+    // Below its own commands the Window menu lists the open windows, as they stand when it
+    // opens.
+    QMenu* window = menus.at("&Window");
+    window->addSeparator();
     connect(window, &QMenu::aboutToShow, this, [this, window] {
-        window->clear();
+        const QList<QAction*> items = window->actions();
+        const auto separator =
+            std::find_if(items.begin(), items.end(), [](QAction* a) { return a->isSeparator(); });
+        for (auto item = separator + 1; item < items.end(); ++item)
+            delete *item;
         for (QMdiSubWindow* child : mdiArea->subWindowList()) {
             QAction* item = window->addAction(child->windowTitle());
             connect(item, &QAction::triggered, this,
                     [this, child] { mdiArea->setActiveSubWindow(child); });
         }
     });
-    QMenu* help = menuBar()->addMenu("&Help");
-    mnuHelpContents = help->addAction("&Contents");
-    mnuHelpIndex = help->addAction("&Index");
-    help->addSeparator();
-    mnuHelpPDF = help->addAction("&User Guide (PDF)");
-    help->addSeparator();
-    mnuHelpQ = help->addAction("Questionnaire");
-    help->addSeparator();
-    mnuHelpAbout = help->addAction("&About ");
+}
 
-    Connect(mnuNew, &frmMain::mnuNew_Click);
-    Connect(mnuFileOpen, &frmMain::mnuFileOpen_Click);
-    Connect(mnuSaveAs, &frmMain::mnuSaveAs_Click);
-    Connect(mnuFileExit, &frmMain::mnuFileExit_Click);
-    Connect(mnuCut, &frmMain::mnuCut_Click);
-    Connect(mnuCopy, &frmMain::mnuCopy_Click);
-    Connect(mnuPaste, &frmMain::mnuPaste_Click);
-    Connect(mnuSelectAll, &frmMain::mnuSelectAll_Click);
-    Connect(mnuDelete, &frmMain::mnuDelete_Click);
-    Connect(mnuToggle, &frmMain::mnuToggle_Click);
-    Connect(mnuDisplayGraphs, &frmMain::RandButton_Click);
-    Connect(mnuRandAll, &frmMain::RandButton_Click);
-    Connect(mnuAnalysis, &frmMain::mnuAnalysis_Click);
-    Connect(mnuNulls, &frmMain::mnuNulls_Click);
-    Connect(mnuLikelihood, &frmMain::mnuLikelihood_Click);
-    Connect(mnuStudyOverview, &frmMain::mnuStudyOverview_Click);
-    Connect(mnuExportReport, &frmMain::mnuExportReport_Click);
-    Connect(mnuHelpContents, &frmMain::mnuHelpContents_Click);
-    Connect(mnuHelpIndex, &frmMain::mnuHelpIndex_Click);
-    Connect(mnuHelpPDF, &frmMain::mnuHelpPDF_Click);
-    Connect(mnuHelpQ, &frmMain::mnuHelpQ_Click);
-    Connect(mnuHelpAbout, &frmMain::mnuHelpAbout_Click);
+void frmMain::mnuCascade_Click() {
+    mdiArea->cascadeSubWindows();
+}
+
+void frmMain::mnuTile_Click() {
+    mdiArea->tileSubWindows();
 }
 
 void frmMain::BuildToolbar() {
@@ -187,39 +212,44 @@ void frmMain::BuildToolbar() {
     tbToolbar->setObjectName("tbToolbar");
     tbToolbar->setMovable(false);
     tbToolbar->setIconSize(QSize(24, 24));
+    enum class Group { Same, New };
     struct Button {
-        int position;
+        Group group;
+        Control id;
         const char* icon;
-        const char* key;
+        const char* name;
         const char* toolTip;
-        void (frmMain::*command)();
+        Command command;
     };
     const Button buttons[] = {
-        {2, "new", "New", "Open a blank DataGrid", &frmMain::mnuNew_Click},
-        {3, "open", "Open", "Open a file for analysis", &frmMain::mnuFileOpen_Click},
-        {4, "save", "Save", "Save a DataGrid to Excel", &frmMain::mnuSaveAs_Click},
-        {6, "cut", "Cut", "Cut selected rows", &frmMain::mnuCut_Click},
-        {7, "copy", "Copy", "Copy selected rows", &frmMain::mnuCopy_Click},
-        {8, "paste", "Paste", "Paste from clipboard", &frmMain::mnuPaste_Click},
-        {10, "grid", "Toggle", "Show the DataGrid", &frmMain::mnuToggle_Click},
-        {12, "closegraphs", "CloseGraphs", "Close all Graphs", &frmMain::mnuCloseGraphs_Click},
-        {14, "estimate", "Analysis", "Display estimates of allele frequencies",
-         &frmMain::mnuAnalysis_Click},
-        {16, "compare", "Nulls", "Compare null alleles across loci", &frmMain::mnuNulls_Click},
-        {18, "study", "StudyOverview", "Study overview: every population of the file",
-         &frmMain::mnuStudyOverview_Click},
+        {Group::New, Control::ToolNew, "new", "New", "Open a blank DataGrid",
+         &frmMain::mnuNew_Click},
+        {Group::Same, Control::ToolOpen, "open", "Open", "Open a file for analysis",
+         &frmMain::mnuFileOpen_Click},
+        {Group::Same, Control::ToolSave, "save", "Save", "Save a DataGrid to Excel",
+         &frmMain::mnuSaveAs_Click},
+        {Group::New, Control::ToolCut, "cut", "Cut", "Cut selected rows", &frmMain::mnuCut_Click},
+        {Group::Same, Control::ToolCopy, "copy", "Copy", "Copy selected rows",
+         &frmMain::mnuCopy_Click},
+        {Group::Same, Control::ToolPaste, "paste", "Paste", "Paste from clipboard",
+         &frmMain::mnuPaste_Click},
+        {Group::New, Control::ToolToggle, "grid", "Toggle", "Show the DataGrid",
+         &frmMain::mnuToggle_Click},
+        {Group::New, Control::ToolCloseGraphs, "closegraphs", "CloseGraphs", "Close all Graphs",
+         &frmMain::mnuCloseGraphs_Click},
+        {Group::New, Control::ToolEstimate, "estimate", "Analysis",
+         "Display estimates of allele frequencies", &frmMain::mnuAnalysis_Click},
+        {Group::New, Control::ToolCompare, "compare", "Nulls", "Compare null alleles across loci",
+         &frmMain::mnuNulls_Click},
+        {Group::New, Control::ToolStudy, "study", "StudyOverview",
+         "Study overview: every population of the file", &frmMain::mnuStudyOverview_Click},
     };
-    int position = 1;
     for (const Button& button : buttons) {
-        for (; position < button.position; ++position)
-            tbToolbar->addSeparator();
+        if (button.group == Group::New) tbToolbar->addSeparator();
         QAction* action =
-            tbToolbar->addAction(QIcon(QString(":/icons/%1.svg").arg(button.icon)), button.key);
-        action->setObjectName(button.key);
+            tbToolbar->addAction(QIcon(QString(":/icons/%1.svg").arg(button.icon)), button.name);
         action->setToolTip(button.toolTip);
-        Connect(action, button.command);
-        ToolbarButtons[button.position] = action;
-        position = button.position + 1;
+        Connect(Register(button.id, button.name, action), button.command);
     }
 }
 
@@ -231,21 +261,22 @@ QWidget* frmMain::BuildLeftPanel() {
 
     auto* motif = new QGroupBox(LeftPanel);
     auto* motifLayout = new QGridLayout(motif);
-    RepeatLabel = new QLabel("Enter the Repeat Motif for each Locus", motif);
+    RepeatLabel = Register(Control::RepeatLabel, "RepeatLabel",
+                           new QLabel("Enter the Repeat Motif for each Locus", motif));
     RepeatLabel->setWordWrap(true);
-    LocusTextBox = new QLineEdit(motif);
+    LocusTextBox = Register(Control::LocusTextBox, "LocusTextBox", new QLineEdit(motif));
     LocusTextBox->setReadOnly(true);
-    PLocusButton = new QPushButton("<", motif);
+    PLocusButton = Register(Control::PLocusButton, "PLocusButton", new QPushButton("<", motif));
     PLocusButton->setToolTip("Move to the previous Locus");
-    NLocusButton = new QPushButton(">", motif);
+    NLocusButton = Register(Control::NLocusButton, "NLocusButton", new QPushButton(">", motif));
     NLocusButton->setToolTip("Move to the next Locus");
     for (QPushButton* arrow : {PLocusButton, NLocusButton})
         arrow->setFixedWidth(28);
-    RepeatCombo = new QComboBox(motif);
+    RepeatCombo = Register(Control::RepeatCombo, "RepeatCombo", new QComboBox(motif));
     RepeatCombo->addItems({"", "Mononucleotide", "Dinucleotide", "Trinucleotide", "Tetranucleotide",
                            "Pentanucleotide", "Hexanucleotide", "Di-tetra complex"});
     RepeatCombo->setToolTip("Select a Repeat Motif from the dropdown");
-    AllButton = new QPushButton("All", motif);
+    AllButton = Register(Control::AllButton, "AllButton", new QPushButton("All", motif));
     AllButton->setToolTip("Set all loci to this repeat motif");
     motifLayout->addWidget(RepeatLabel, 0, 0, 1, 3);
     motifLayout->addWidget(PLocusButton, 1, 0);
@@ -256,9 +287,10 @@ QWidget* frmMain::BuildLeftPanel() {
 
     auto* size = new QGroupBox(LeftPanel);
     auto* sizeLayout = new QHBoxLayout(size);
-    MaxAlleleLabel = new QLabel("Maximum Expected Allele Size", size);
+    MaxAlleleLabel = Register(Control::MaxAlleleLabel, "MaxAlleleLabel",
+                              new QLabel("Maximum Expected Allele Size", size));
     MaxAlleleLabel->setWordWrap(true);
-    SizeTextBox = new QLineEdit(size);
+    SizeTextBox = Register(Control::SizeTextBox, "SizeTextBox", new QLineEdit(size));
     SizeTextBox->setToolTip("Enter a size to check for unexpected values");
     SizeTextBox->setFixedWidth(48);
     sizeLayout->addWidget(MaxAlleleLabel, 1);
@@ -266,23 +298,25 @@ QWidget* frmMain::BuildLeftPanel() {
 
     auto* check = new QGroupBox(LeftPanel);
     auto* checkLayout = new QHBoxLayout(check);
-    ValidateLabel = new QLabel("Unusual Observations", check);
-    ValidateButton = new QPushButton("&Check", check);
+    ValidateLabel = Register(Control::ValidateLabel, "ValidateLabel",
+                             new QLabel("Unusual Observations", check));
+    ValidateButton =
+        Register(Control::ValidateButton, "ValidateButton", new QPushButton("&Check", check));
     ValidateButton->setToolTip("Check the values in the currently displayed population");
     checkLayout->addWidget(ValidateLabel, 1);
     checkLayout->addWidget(ValidateButton);
 
     auto* run = new QGroupBox(LeftPanel);
     auto* runLayout = new QGridLayout(run);
-    CILabel = new QLabel("Confidence Interval", run);
-    CICombo = new QComboBox(run);
+    CILabel = Register(Control::CILabel, "CILabel", new QLabel("Confidence Interval", run));
+    CICombo = Register(Control::CICombo, "CICombo", new QComboBox(run));
     CICombo->addItems({"95%", "99%", "100% (range)", "Bonferroni"});
     CICombo->setToolTip("Select a Confidence Interval from the dropdown");
-    RandTextBox = new QLineEdit(run);
+    RandTextBox = Register(Control::RandTextBox, "RandTextBox", new QLineEdit(run));
     RandTextBox->setToolTip("The number of randomisations");
     RandTextBox->setFixedWidth(56);
-    XLabel = new QLabel("randomisations", run);
-    RandButton = new QPushButton("&Analyse", run);
+    XLabel = Register(Control::XLabel, "XLabel", new QLabel("randomisations", run));
+    RandButton = Register(Control::RandButton, "RandButton", new QPushButton("&Analyse", run));
     RandButton->setToolTip("Click to randomise the data in the current population");
     runLayout->addWidget(CILabel, 0, 0);
     runLayout->addWidget(CICombo, 0, 1);
@@ -291,22 +325,18 @@ QWidget* frmMain::BuildLeftPanel() {
     runLayout->addWidget(RandButton, 2, 0, 1, 2);
 
     LocationText = ReadOnlyText(LeftPanel);
+    LocationText->setObjectName("LocationText");
     for (QWidget* frame : {static_cast<QWidget*>(motif), static_cast<QWidget*>(size),
                            static_cast<QWidget*>(check), static_cast<QWidget*>(run)})
         layout->addWidget(frame);
     layout->addWidget(LocationText, 1);
     LeftPanel->setMinimumWidth(TwipsToPixels(2800, this));
 
-    connect(ValidateButton, &QPushButton::clicked, this,
-            [this] { Guarded([this] { ValidateButton_Click(); }); });
-    connect(RandButton, &QPushButton::clicked, this,
-            [this] { Guarded([this] { RandButton_Click(); }); });
-    connect(NLocusButton, &QPushButton::clicked, this,
-            [this] { Guarded([this] { NLocusButton_Click(); }); });
-    connect(PLocusButton, &QPushButton::clicked, this,
-            [this] { Guarded([this] { PLocusButton_Click(); }); });
-    connect(AllButton, &QPushButton::clicked, this,
-            [this] { Guarded([this] { AllButton_Click(); }); });
+    Connect(ValidateButton, &frmMain::ValidateButton_Click);
+    Connect(RandButton, &frmMain::RandButton_Click);
+    Connect(NLocusButton, &frmMain::NLocusButton_Click);
+    Connect(PLocusButton, &frmMain::PLocusButton_Click);
+    Connect(AllButton, &frmMain::AllButton_Click);
     connect(RepeatCombo, &QComboBox::activated, this,
             [this](int index) { Guarded([this, index] { RepeatCombo_Click(index); }); });
     // Choosing a motif after a clean check brings the check back.
@@ -329,6 +359,7 @@ QWidget* frmMain::BuildGridPanel() {
     GridCaption->setAlignment(Qt::AlignCenter);
     GridCaption->setStyleSheet("QLabel { background: #dfe8f3; font-weight: bold; padding: 3px; }");
     CloseGridButton = new QToolButton(captionBar_);
+    CloseGridButton->setObjectName("CloseGridButton");
     CloseGridButton->setText("X");
     CloseGridButton->setToolTip("Click to close the current DataGrid");
     captionRow->addWidget(GridCaption, 1);
@@ -341,8 +372,7 @@ QWidget* frmMain::BuildGridPanel() {
     mdiArea->setObjectName("mdiArea");
     layout->addWidget(mdiArea, 1);
 
-    connect(CloseGridButton, &QToolButton::clicked, this,
-            [this] { Guarded([this] { CloseGridButton_Click(); }); });
+    Connect(CloseGridButton, &frmMain::CloseGridButton_Click);
     DataGrid1->onShiftClick = [this] {
         interaction_.Show(
             {"Use the Control key and the left mouse button \r\n\tto select multiple "
@@ -352,6 +382,7 @@ QWidget* frmMain::BuildGridPanel() {
     DataGrid1->onSelectionMouseUp = [this] { OnGridSelectionChanged(); };
     // The grid's own deletion, from the row headers' menu, passes the before-delete rule.
     GridDeleteAction = new QAction("Delete Rows", DataGrid1);
+    GridDeleteAction->setObjectName("GridDeleteAction");
     Connect(GridDeleteAction, &frmMain::GridDeleteRows);
     DataGrid1->verticalHeader()->setContextMenuPolicy(Qt::ActionsContextMenu);
     DataGrid1->verticalHeader()->addAction(GridDeleteAction);
@@ -409,7 +440,9 @@ QWidget* frmMain::BuildMessageBar() {
     auto* layout = new QHBoxLayout(MessageBar);
     layout->setContentsMargins(4, 4, 4, 4);
     AdvisoryTBox = ReadOnlyText(MessageBar);
+    AdvisoryTBox->setObjectName("AdvisoryTBox");
     AnalysisTBox = ReadOnlyText(MessageBar);
+    AnalysisTBox->setObjectName("AnalysisTBox");
     layout->addWidget(AdvisoryTBox);
     layout->addWidget(AnalysisTBox);
     return MessageBar;
@@ -419,19 +452,22 @@ QWidget* frmMain::BuildBottomBar() {
     BottomBar = new QWidget(this);
     auto* layout = new QHBoxLayout(BottomBar);
     layout->setContentsMargins(6, 4, 6, 4);
-    NextPopButton = new QPushButton("&Next Population", BottomBar);
+    NextPopButton = Register(Control::NextPopButton, "NextPopButton",
+                             new QPushButton("&Next Population", BottomBar));
     NextPopButton->setToolTip("Load the next population");
-    PPopButton = new QPushButton("<", BottomBar);
+    PPopButton = Register(Control::PPopButton, "PPopButton", new QPushButton("<", BottomBar));
     PPopButton->setToolTip("Previous population");
-    NPopButton = new QPushButton(">", BottomBar);
+    NPopButton = Register(Control::NPopButton, "NPopButton", new QPushButton(">", BottomBar));
     NPopButton->setToolTip("Next population");
     for (QPushButton* arrow : {PPopButton, NPopButton})
         arrow->setFixedWidth(32);
-    TablesLabel = new QLabel("Loaded Pops.", BottomBar);
+    TablesLabel =
+        Register(Control::TablesLabel, "TablesLabel", new QLabel("Loaded Pops.", BottomBar));
     ShowAllPopsButton = new QPushButton("Show All", BottomBar);
     ShowAllPopsButton->hide();
     ShowAllPopsButton->setEnabled(false);
     ExitButton = new QPushButton("E&xit", BottomBar);
+    ExitButton->setObjectName("ExitButton");
     ExitButton->setToolTip("Close down the application");
     layout->addWidget(NextPopButton);
     layout->addSpacing(12);
@@ -442,14 +478,10 @@ QWidget* frmMain::BuildBottomBar() {
     layout->addStretch(1);
     layout->addWidget(ExitButton);
 
-    connect(NextPopButton, &QPushButton::clicked, this,
-            [this] { Guarded([this] { NextPopButton_Click(); }); });
-    connect(NPopButton, &QPushButton::clicked, this,
-            [this] { Guarded([this] { NPopButton_Click(); }); });
-    connect(PPopButton, &QPushButton::clicked, this,
-            [this] { Guarded([this] { PPopButton_Click(); }); });
-    connect(ExitButton, &QPushButton::clicked, this,
-            [this] { Guarded([this] { mnuFileExit_Click(); }); });
+    Connect(NextPopButton, &frmMain::NextPopButton_Click);
+    Connect(NPopButton, &frmMain::NPopButton_Click);
+    Connect(PPopButton, &frmMain::PPopButton_Click);
+    Connect(ExitButton, &frmMain::mnuFileExit_Click);
     return BottomBar;
 }
 

@@ -17,6 +17,7 @@
 #include "session/Session.h"
 #include "widgets/Interaction.h"
 
+class QAbstractButton;
 class QAction;
 class QComboBox;
 class QLabel;
@@ -44,6 +45,41 @@ public:
             QWidget* parent = nullptr);
     ~frmMain() override;
 
+    // A program error ends the session here: the loaded populations go to a recovery file
+    // first. Tests replace the ending.
+    std::function<void(int exitCode)> endSession;
+    std::string RecoveryFolder() const;
+
+    // What the screen shows, for the desktop's tests and tools. The controls themselves are
+    // found by their object names (the names below); the state table decides their enabling.
+    GridView& Grid() const { return *DataGrid1; }
+    QMdiArea& GraphArea() const { return *mdiArea; }
+    bool GridVisible() const;
+    std::vector<class frmDrawGraph*> GraphWindows() const;
+    // The result windows opened from the run's commands, newest last (closed ones drop out).
+    const std::vector<QPointer<QWidget>>& ResultWindows() const { return resultWindows_; }
+    Int16 PopulationOnScreen() const { return PopulationNumber; }
+    Int16 LocusOnScreen() const { return CurrentLocus; }
+    bool DataChanged() const { return ChangedData; }
+    bool DataUnchecked() const { return flags.UncheckedData; }
+    bool ReadsWorkbook() const { return isExcel; }
+    const std::string& FileLocation() const { return fileLocation; }
+
+    // The session's help bundle: the program's folder and "TavrelleHelp"; empty for none.
+    const std::string& HelpFile() const { return helpFile_; }
+    void SetHelpFile(std::string file) { helpFile_ = std::move(file); }
+    // The help topics the result windows open.
+    void DisplayAlleleFreqHelp();
+    void DisplayNullCalcHelp();
+    void DisplayAdjGenoHelp();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    using Command = void (frmMain::*)();
+
     // Commands, as the menus, toolbar and buttons reach them.
     void mnuNew_Click();
     void mnuFileOpen_Click();
@@ -58,9 +94,9 @@ public:
     void mnuToggle_Click();
     void mnuCloseGraphs_Click();
     void mnuAnalysis_Click();
-    void mnuLikelihood_Click();
     void mnuNulls_Click();
-    // Study Overview and Export Report: every population of the file in one window.
+    void mnuLikelihood_Click();
+    // The study overview of every population of the file, and the study report made from it.
     void mnuStudyOverview_Click();
     void mnuExportReport_Click();
     void ValidateButton_Click();
@@ -73,65 +109,91 @@ public:
     void RepeatCombo_Click(int listIndex);
     void AllButton_Click();
     void ResetDisplay();
+    void mnuHelpContents_Click();
+    void mnuHelpIndex_Click();
+    void mnuHelpPDF_Click();
+    void mnuHelpQ_Click();
+    void mnuHelpAbout_Click();
+    void mnuCascade_Click();
+    void mnuTile_Click();
 
     // The graph windows of a run: two per locus, in pairs, inside the frame.
     void ShowLocusGraphs();
     void ShowBothGraphs(const std::string& locus, bool first);
-    std::vector<class frmDrawGraph*> GraphWindows() const;
     // The confidence interval changed in a graph window: the decisions of every locus follow
     // and every graph is redrawn, with no new randomisation.
     void RefreshGraphs(Int16 confidenceCode);
     void DisplayInitAnalysis(const std::string& locus);
     void ShowGenotypes(int locus);
     void SetFormOnTop(QWidget* window);
-    // The result windows opened from the run's commands, newest last (closed ones drop out).
-    std::vector<QPointer<QWidget>> ResultWindows;
-    bool GraphLinkArmed = true;
-
-    // Help, the user guide, the questionnaire and the about box.
-    void mnuHelpContents_Click();
-    void mnuHelpIndex_Click();
-    void DisplayAlleleFreqHelp();
-    void DisplayNullCalcHelp();
-    void DisplayAdjGenoHelp();
-    void mnuHelpPDF_Click();
-    void mnuHelpQ_Click();
-    void mnuHelpAbout_Click();
     // The desktop's code for opening a document beside the program.
     int DisplayThisFile(const std::string& path);
-    // The session's help bundle: the program's folder and "TavrelleHelp"; empty for none.
-    std::string HelpFile;
 
-    // A program error ends the session here: the loaded populations go to a recovery file
-    // first. Tests replace the ending.
-    std::function<void(int exitCode)> endSession;
-    std::string RecoveryFolder() const;
+    void BuildMenus();
+    void BuildToolbar();
+    QWidget* BuildLeftPanel();
+    QWidget* BuildGridPanel();
+    QWidget* BuildMessageBar();
+    QWidget* BuildBottomBar();
+    void Connect(QAction* action, Command command);
+    void Connect(QAbstractButton* button, Command command);
+    // Gives a control its object name and lets the state table reach it by its id.
+    template <class Widget>
+    Widget* Register(Control id, const char* name, Widget* control) {
+        control->setObjectName(name);
+        controls_[id] = control;
+        return control;
+    }
+    QAction* Action(Control id) const;
 
+    // Runs a command with the session's one handler for program errors around it.
+    void Guarded(const std::function<void()>& command);
+    void Fatal(const class ProgramError& error);
+
+    void Apply(ScreenState state);
+    void ClearDisplay();
+    void ShowHelpTopic(const std::string& topic, int command, const char* noHelpText);
+    void ShowGrid(bool shown);
+    int MdiHalfWidth() const;
+    void SetToggleButton(bool gridShown);
+    void ShowLeftPanel(bool shown);
+    void ShowMessageBar(bool shown);
+    void ShowSettingsAgain();
+
+    void CloseGrid();
+    void BindGrid();
+    void ShowPopulationCaption();
+    void StoreCurrentPopulation();
+    void LocusNameListRoutine();
+    void ShowLocus();
+    bool CheckPopulation();
+    void RandomiseData();
+    void OnGridSelectionChanged();
+    // Deletes the picked rows from the table, heading rows too; the grid's own deletion (from
+    // its row menu) refuses to start at a heading row.
+    void DeleteSelectedRows();
+    void GridDeleteRows();
+    std::vector<Table::Bookmark> PickedBookmarks() const;
+
+    // Every command and pane the state table sets, by id.
+    std::map<Control, QObject*> controls_;
     // Controls, named as the program names them.
-    QAction *mnuNew, *mnuFileOpen, *mnuSaveAs, *mnuFileExit;
-    QAction *mnuCut, *mnuCopy, *mnuPaste, *mnuSelectAll, *mnuDelete;
-    QAction* mnuToggle;
-    QAction *mnuRandAll, *mnuDisplayGraphs, *mnuAnalysis, *mnuNulls;
-    QAction *mnuStudyOverview, *mnuExportReport;
-    QAction* mnuLikelihood;  // enabled together with mnuAnalysis
-    QAction *mnuHelpContents, *mnuHelpIndex, *mnuHelpPDF, *mnuHelpQ, *mnuHelpAbout;
-    QAction* GridDeleteAction;  // the grid's own deletion of the picked rows
-    QToolBar* tbToolbar;
-    std::map<int, QAction*> ToolbarButtons;  // by position
-    QWidget* LeftPanel;
+    QAction* GridDeleteAction = nullptr;  // the grid's own deletion of the picked rows
+    QToolBar* tbToolbar = nullptr;
+    QWidget* LeftPanel = nullptr;
     QLabel *RepeatLabel, *MaxAlleleLabel, *ValidateLabel, *CILabel, *XLabel, *TablesLabel;
     QLineEdit *LocusTextBox, *SizeTextBox, *RandTextBox;
     QPushButton *PLocusButton, *NLocusButton, *AllButton, *ValidateButton, *RandButton;
     QComboBox *RepeatCombo, *CICombo;
     QPlainTextEdit *LocationText, *AdvisoryTBox, *AnalysisTBox;
-    GridView* DataGrid1;
-    QLabel* GridCaption;
-    QToolButton* CloseGridButton;
-    QWidget* MessageBar;
-    QWidget* BottomBar;
+    GridView* DataGrid1 = nullptr;
+    QLabel* GridCaption = nullptr;
+    QToolButton* CloseGridButton = nullptr;
+    QWidget* MessageBar = nullptr;
+    QWidget* BottomBar = nullptr;
     QPushButton *NextPopButton, *NPopButton, *PPopButton, *ExitButton, *ShowAllPopsButton;
-    QMdiArea* mdiArea;
-    QLabel* StatusPanel1;
+    QMdiArea* mdiArea = nullptr;
+    QLabel* StatusPanel1 = nullptr;
 
     // State of the screen, as the commands leave it.
     CheckFlags flags;
@@ -150,50 +212,9 @@ public:
     std::vector<std::vector<std::array<Int16, 2>>> SavedRepeatTables;
     Int16 NumberRandomisations = 1000;
     Int16 MaxAlleleSize = 350;
-
-    bool GridVisible() const;
-
-protected:
-    void closeEvent(QCloseEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-
-private:
-    void BuildMenus();
-    void BuildToolbar();
-    QWidget* BuildLeftPanel();
-    QWidget* BuildGridPanel();
-    QWidget* BuildMessageBar();
-    QWidget* BuildBottomBar();
-    void Connect(QAction* action, void (frmMain::*command)());
-
-    // Runs a command with the session's one handler for program errors around it.
-    void Guarded(const std::function<void()>& command);
-    void Fatal(const class ProgramError& error);
-
-    void Apply(ScreenState state);
-    void SetControl(Control control, Setting setting);
-    void ClearDisplay();
-    void ShowHelpTopic(const std::string& topic, int command, const char* noHelpText);
-    void ShowGrid(bool shown);
-    int MdiHalfWidth() const;
-    void SetToggleButton(bool gridShown);
-    void ShowLeftPanel(bool shown);
-    void ShowMessageBar(bool shown);
-
-    void CloseGrid();
-    void BindGrid();
-    void ShowPopulationCaption();
-    void StoreCurrentPopulation();
-    void LocusNameListRoutine();
-    void ShowLocus();
-    bool CheckPopulation();
-    void RandomiseData();
-    void OnGridSelectionChanged();
-    // Deletes the picked rows from the table, heading rows too; the grid's own deletion (from
-    // its row menu) refuses to start at a heading row.
-    void DeleteSelectedRows();
-    void GridDeleteRows();
-    std::vector<Table::Bookmark> PickedBookmarks() const;
+    std::vector<QPointer<QWidget>> resultWindows_;
+    bool GraphLinkArmed = true;
+    std::string helpFile_;
 
     Session& session_;
     Interaction& interaction_;

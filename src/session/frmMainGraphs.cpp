@@ -63,7 +63,11 @@ void frmMain::ShowLocusGraphs() {
             sub->show();
         }
     }
-    if (!analysis.Loci().empty()) DisplayInitAnalysis(analysis.Loci().front().name);
+    // The panes speak of the locus whose graphs stand in front: the last pair opened.
+    const QList<QMdiSubWindow*> stacking = mdiArea->subWindowList(QMdiArea::StackingOrder);
+    if (!stacking.isEmpty())
+        if (auto* front = qobject_cast<frmDrawGraph*>(stacking.back()->widget()))
+            DisplayInitAnalysis(front->locus());
 }
 
 // Half the width of the area the graph windows open in.

@@ -19,12 +19,12 @@ int frmMain::DisplayThisFile(const std::string& path) {
 // The five help routines take one course: the message when the session has no help, the
 // viewer at the topic otherwise (command 1 for a topic or the contents, 2 for the index).
 void frmMain::ShowHelpTopic(const std::string& topic, int command, const char* noHelpText) {
-    if (HelpFile.empty()) {
+    if (helpFile_.empty()) {
         interaction_.Show({noHelpText, windowTitle().toStdString(), MessageIcon::Information,
                            MessageButtons::Ok});
         return;
     }
-    interaction_.ShowHelp(HelpFile, topic, command);
+    interaction_.ShowHelp(helpFile_, topic, command);
 }
 
 void frmMain::mnuHelpContents_Click() {

@@ -56,6 +56,8 @@ void frmMain::NextPopButton_Click() {
     mnuCloseGraphs_Click();
     LocationText->clear();
     ShowGrid(true);
+    ShowSettingsAgain();
+    ShowMessageBar(false);  // the graphs and their texts are gone
     session_.gInputData->NextPopulation();
     StoreCurrentPopulation();
 
@@ -78,9 +80,16 @@ void frmMain::NextPopButton_Click() {
     ShowPopulationCaption();
 }
 
+// A run hides the settings panel; a change of population brings it back, so that the population
+// now on screen can be checked and analysed in turn.
+void frmMain::ShowSettingsAgain() {
+    ShowLeftPanel(true);
+}
+
 void frmMain::NPopButton_Click() {
     Apply(ScreenState::BrowsePopulations);
     ShowGrid(true);
+    ShowSettingsAgain();
     PopulationNumber = Narrow16(PopulationNumber + 1);
     if (PopulationNumber == LoadedPopulations) {
         NPopButton->setEnabled(false);
@@ -96,6 +105,7 @@ void frmMain::NPopButton_Click() {
 void frmMain::PPopButton_Click() {
     Apply(ScreenState::BrowsePopulations);
     ShowGrid(true);
+    ShowSettingsAgain();
     NextPopButton->setEnabled(false);
     PopulationNumber = Narrow16(PopulationNumber - 1);
     NPopButton->setEnabled(true);

@@ -40,28 +40,30 @@ bool frmMain::CheckPopulation() {
     const CheckOutcome outcome =
         ValidatePopulation(session_.gInputData->rsAlleleData, RepeatCodes(RepeatTable),
                            SizeTextBox->text().toStdString(), flags, suspectCells, interaction_);
-    if (outcome.PanesCleared) {
+    const CheckEnding ending = outcome.ending;
+    if (tavrelle::CheckStarted(ending)) {
         Apply(ScreenState::CheckStarted);
         LocationText->clear();
         AnalysisTBox->clear();
         AdvisoryTBox->clear();
     }
-    if (outcome.SizeText) SizeTextBox->setText(QString::fromStdString(*outcome.SizeText));
-    if (outcome.LeftPanel == PanelChange::Shown) {
-        // The panel takes a sixth of the message bar's width.
+    if (outcome.maximumSize) SizeTextBox->setText(QString::fromStdString(*outcome.maximumSize));
+    if (ending == CheckEnding::NonInteger || ending == CheckEnding::Suspect) {
+        // The listing takes a sixth of the message bar's width.
         ShowLeftPanel(true);
         const int total = verticalSplitter_->width();
         const int panel = std::max(total / 6, LeftPanel->minimumSizeHint().width());
         verticalSplitter_->setSizes({panel, total - panel});
-        LocationText->setPlainText(QString::fromStdString(outcome.LocationText));
-    } else if (outcome.LeftPanel == PanelChange::Hidden) {
+        LocationText->setPlainText(QString::fromStdString(outcome.listing));
+    } else if (ending == CheckEnding::Clean) {
+        // Nothing to list: the grid takes the whole width.
         ShowLeftPanel(false);
         ShowMessageBar(false);
     }
-    if (outcome.EnableRunCommands) Apply(ScreenState::CheckAllowsRun);
-    if (outcome.RefreshLocusPanel) ShowLocus();
+    if (tavrelle::CheckAllowsRun(ending)) Apply(ScreenState::CheckAllowsRun);
+    if (CheckReadTheMotifs(ending)) ShowLocus();
     gridModel_.Reload();
-    return outcome.ending == CheckEnding::Clean;
+    return ending == CheckEnding::Clean;
 }
 
 void frmMain::ValidateButton_Click() {
@@ -161,7 +163,7 @@ void frmMain::mnuAnalysis_Click() {
     window->displayGenotypes = [this](int locus) { ShowGenotypes(locus); };
     window->moreInfo = [this] { Guarded([this] { DisplayAlleleFreqHelp(); }); };
     SetFormOnTop(window);
-    ResultWindows.push_back(window);
+    resultWindows_.push_back(window);
 }
 
 void frmMain::mnuLikelihood_Click() {
@@ -170,7 +172,7 @@ void frmMain::mnuLikelihood_Click() {
                                      static_cast<std::uint32_t>(session_.gRandomSeed), this);
     window->setAttribute(Qt::WA_DeleteOnClose);
     SetFormOnTop(window);
-    ResultWindows.push_back(window);
+    resultWindows_.push_back(window);
 }
 
 void frmMain::ShowGenotypes(int locus) {
@@ -187,7 +189,7 @@ void frmMain::ShowGenotypes(int locus) {
     window->DisplayGenotypes(locus, 0);
     window->moreInfo = [this] { Guarded([this] { DisplayAdjGenoHelp(); }); };
     SetFormOnTop(window);
-    ResultWindows.push_back(window);
+    resultWindows_.push_back(window);
 }
 
 void frmMain::mnuNulls_Click() {
@@ -198,7 +200,7 @@ void frmMain::mnuNulls_Click() {
     connect(window->HelpButton, &QPushButton::clicked, this,
             [this] { Guarded([this] { DisplayNullCalcHelp(); }); });
     SetFormOnTop(window);
-    ResultWindows.push_back(window);
+    resultWindows_.push_back(window);
 }
 
 void frmMain::SetFormOnTop(QWidget* window) {

@@ -21,140 +21,16 @@
 
 namespace tavrelle {
 
-void frmMain::SetControl(Control control, Setting setting) {
-    QWidget* widget = nullptr;
-    QAction* action = nullptr;
-    switch (control) {
-        case Control::mnuToggle:
-            action = mnuToggle;
-            break;
-        case Control::mnuSaveAs:
-            action = mnuSaveAs;
-            break;
-        case Control::mnuDisplayGraphs:
-            action = mnuDisplayGraphs;
-            break;
-        case Control::mnuAnalysis:
-            action = mnuAnalysis;
-            break;
-        case Control::mnuNulls:
-            action = mnuNulls;
-            break;
-        case Control::mnuCut:
-            action = mnuCut;
-            break;
-        case Control::mnuCopy:
-            action = mnuCopy;
-            break;
-        case Control::mnuPaste:
-            action = mnuPaste;
-            break;
-        case Control::mnuSelectAll:
-            action = mnuSelectAll;
-            break;
-        case Control::mnuDelete:
-            action = mnuDelete;
-            break;
-        case Control::Toolbar4:
-            action = ToolbarButtons.at(4);
-            break;
-        case Control::Toolbar6:
-            action = ToolbarButtons.at(6);
-            break;
-        case Control::Toolbar7:
-            action = ToolbarButtons.at(7);
-            break;
-        case Control::Toolbar8:
-            action = ToolbarButtons.at(8);
-            break;
-        case Control::Toolbar10:
-            action = ToolbarButtons.at(10);
-            break;
-        case Control::Toolbar12:
-            action = ToolbarButtons.at(12);
-            break;
-        case Control::Toolbar14:
-            action = ToolbarButtons.at(14);
-            break;
-        case Control::Toolbar16:
-            action = ToolbarButtons.at(16);
-            break;
-        case Control::RepeatLabel:
-            widget = RepeatLabel;
-            break;
-        case Control::RepeatCombo:
-            widget = RepeatCombo;
-            break;
-        case Control::MaxAlleleLabel:
-            widget = MaxAlleleLabel;
-            break;
-        case Control::ValidateLabel:
-            widget = ValidateLabel;
-            break;
-        case Control::CILabel:
-            widget = CILabel;
-            break;
-        case Control::CICombo:
-            widget = CICombo;
-            break;
-        case Control::XLabel:
-            widget = XLabel;
-            break;
-        case Control::TablesLabel:
-            widget = TablesLabel;
-            break;
-        case Control::PLocusButton:
-            widget = PLocusButton;
-            break;
-        case Control::LocusTextBox:
-            widget = LocusTextBox;
-            break;
-        case Control::NLocusButton:
-            widget = NLocusButton;
-            break;
-        case Control::AllButton:
-            widget = AllButton;
-            break;
-        case Control::SizeTextBox:
-            widget = SizeTextBox;
-            break;
-        case Control::ValidateButton:
-            widget = ValidateButton;
-            break;
-        case Control::RandButton:
-            widget = RandButton;
-            break;
-        case Control::RandTextBox:
-            widget = RandTextBox;
-            break;
-        case Control::NextPopButton:
-            widget = NextPopButton;
-            break;
-        case Control::PPopButton:
-            widget = PPopButton;
-            break;
-        case Control::NPopButton:
-            widget = NPopButton;
-            break;
-    }
-    const bool on = setting == Setting::Enable || setting == Setting::Show;
-    const bool visibility = setting == Setting::Show || setting == Setting::Hide;
-    if (action) {
-        if (visibility)
-            action->setVisible(on);
-        else
-            action->setEnabled(on);
-    } else if (widget) {
-        if (visibility)
-            widget->setVisible(on);
-        else
-            widget->setEnabled(on);
-    }
-}
-
 void frmMain::Apply(ScreenState state) {
-    for (const ControlSetting& step : SettingsOf(state))
-        SetControl(step.control, step.setting);
+    for (const ControlSetting& step : SettingsOf(state)) {
+        QObject* control = controls_.at(step.control);
+        const bool on = step.setting == Setting::Enable || step.setting == Setting::Show;
+        const bool visibility = step.setting == Setting::Show || step.setting == Setting::Hide;
+        if (auto* action = qobject_cast<QAction*>(control))
+            visibility ? action->setVisible(on) : action->setEnabled(on);
+        else if (auto* widget = qobject_cast<QWidget*>(control))
+            visibility ? widget->setVisible(on) : widget->setEnabled(on);
+    }
 }
 
 bool frmMain::GridVisible() const {
@@ -169,7 +45,7 @@ void frmMain::ShowGrid(bool shown) {
 }
 
 void frmMain::SetToggleButton(bool gridShown) {
-    QAction* toggle = ToolbarButtons.at(10);
+    QAction* toggle = Action(Control::ToolToggle);
     toggle->setIcon(QIcon(gridShown ? ":/icons/graphs.svg" : ":/icons/grid.svg"));
     toggle->setToolTip(gridShown ? "Show the results graphs" : "Show the DataGrid");
 }

@@ -33,7 +33,8 @@ public:
     // frmSheetDialog: the sheet to read from a workbook; empty when cancelled.
     virtual std::string SheetName(const std::string& workbook) = 0;
     // Asks the desktop to open a document with its registered program; the result is the
-    // desktop's code: 0 opened, 2 file not found, 3 path not found, other codes as they come.
+    // desktop's code: 0 opened, 2 file not found, 3 path not found or no program to open it
+    // with, other codes as they come.
     virtual int OpenDocument(const std::string& path) = 0;
     // Shows the help bundle `file` at `topic` ("::/Name.htm", or empty for the contents);
     // command 1 opens a topic or the contents, 2 the index.

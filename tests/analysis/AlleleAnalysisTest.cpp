@@ -12,13 +12,13 @@ Table PopulationTable(const std::vector<std::vector<std::string>>& samples) {
     Table table;
     const int columns = static_cast<int>(samples.front().size()) + 2;
     for (int c = 1; c <= columns; ++c)
-        table.AppendColumn("Col_" + std::to_string(c));
+        table.AppendColumn(std::string("Col_").append(std::to_string(c)));
     table.AddNew();
     table.SetField(1, "Population");
     table.AddNew();
     table.SetField(0, "Sample no.");
     for (int c = 2; c < columns; c += 2)
-        table.SetField(c, "L" + std::to_string(c / 2));
+        table.SetField(c, std::string("L").append(std::to_string(c / 2)));
     int number = 1;
     for (const auto& alleles : samples) {
         table.AddNew();

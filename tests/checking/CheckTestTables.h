@@ -22,7 +22,7 @@ inline Table PopulationTable(const std::vector<std::vector<std::string>>& sample
     for (const auto& sample : samples) {
         table.AddNew();
         table.SetField(0, std::to_string(number));
-        table.SetField(1, "s" + std::to_string(number++));
+        table.SetField(1, std::string("s").append(std::to_string(number++)));
         for (std::size_t i = 0; i < sample.size(); ++i)
             table.SetField(static_cast<int>(i) + 2, sample[i]);
     }

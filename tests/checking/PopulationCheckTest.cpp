@@ -41,9 +41,8 @@ TEST_F(Check, FourSamplesAreEnoughThreeAreNot) {
     EXPECT_EQ(prompter.messages, One("No errors were found in the input data.\r\n"
                                      "Click 'Analyse' or 'Next Population' to continue.",
                                      MessageIcon::None));
-    EXPECT_EQ(outcome.LeftPanel, PanelChange::Hidden);
-    EXPECT_TRUE(outcome.EnableRunCommands);
-    EXPECT_EQ(outcome.SizeText, "350");
+    EXPECT_TRUE(CheckAllowsRun(outcome.ending));
+    EXPECT_EQ(outcome.maximumSize, "350");
     EXPECT_TRUE(flags.CheckOk);
     EXPECT_TRUE(flags.CheckClean);
     EXPECT_FALSE(flags.UncheckedData);
@@ -58,7 +57,7 @@ TEST_F(Check, FourSamplesAreEnoughThreeAreNot) {
     EXPECT_TRUE(flags.AbandonRun);
     EXPECT_TRUE(flags.CheckClean);
     EXPECT_TRUE(flags.UncheckedData);
-    EXPECT_FALSE(outcome.EnableRunCommands);
+    EXPECT_FALSE(CheckAllowsRun(outcome.ending));
     EXPECT_TRUE(cells.UnexpectedCells.empty() && cells.NonIntegerCells.empty());
 }
 
@@ -73,7 +72,7 @@ TEST_F(Check, MaximumSizeIsClampedAndUnusualSizesAreTold) {
     for (Case c : {Case{"800", "700", true}, Case{"99", "99", true}, Case{"30", "50", true},
                    Case{"100", "100", false}, Case{"500", "500", false}}) {
         CheckOutcome outcome = Run(table, c.typed);
-        EXPECT_EQ(outcome.SizeText, c.shown) << c.typed;
+        EXPECT_EQ(outcome.maximumSize, c.shown) << c.typed;
         std::vector<Message> expected;
         if (c.told) expected.push_back({kLimitsBox, "", MessageIcon::None, MessageButtons::Ok});
         EXPECT_EQ(prompter.messages, expected) << c.typed;
@@ -85,8 +84,7 @@ TEST_F(Check, SizeThatIsNoWholeNumberEndsTheCheck) {
     for (const char* size : {"", "12.5", "abc"}) {
         CheckOutcome outcome = Run(table, size);
         EXPECT_EQ(outcome.ending, CheckEnding::SizeNotInteger);
-        EXPECT_TRUE(outcome.HourglassStays);
-        EXPECT_FALSE(outcome.SizeText.has_value());
+        EXPECT_FALSE(outcome.maximumSize.has_value());
         EXPECT_EQ(prompter.messages,
                   One("The Maximum Allele Size must be an Integer", MessageIcon::None));
     }
@@ -97,7 +95,7 @@ TEST_F(Check, AMissingMotifStopsBeforeTheCheck) {
     Table table = PopulationTable({{"1", "1", "1", "1"}});
     CheckOutcome outcome = Run(table, "350", {2, 0});
     EXPECT_EQ(outcome.ending, CheckEnding::MotifMissing);
-    EXPECT_FALSE(outcome.PanesCleared);
+    EXPECT_FALSE(CheckStarted(outcome.ending));
     EXPECT_FALSE(flags.CheckOk);
     EXPECT_TRUE(flags.CheckClean);
     EXPECT_EQ(prompter.messages,
@@ -111,7 +109,7 @@ TEST_F(Check, TheMaximumIsAcceptedAndAboveItIsUnexpectedEvenWhenTheMotifFits) {
     EXPECT_TRUE(cells.InconsistentCells.empty());
     EXPECT_EQ(cells.UnexpectedBookmarks.size(), 1u);
     EXPECT_EQ(outcome.ending, CheckEnding::Suspect);
-    EXPECT_EQ(outcome.LocationText, "Unexpected values:\r\nValue\tRow\tColumn\r\n202\t2\t3\r\n");
+    EXPECT_EQ(outcome.listing, "Unexpected values:\r\nValue\tRow\tColumn\r\n202\t2\t3\r\n");
     EXPECT_EQ(prompter.messages, One("1 value(s) may be outside the expected "
                                      "range.\r\n",
                                      MessageIcon::Exclamation));
@@ -132,14 +130,13 @@ TEST_F(Check, BothListsAreReportedInTheLeftPanelAsTheGridShowsThem) {
     Table table = PopulationTable({{"100", "102"}, {"202", "103"}, {"104", "0"}, {"106", "108"}});
     flags.AnalyseInProgress = true;
     CheckOutcome outcome = Run(table, "200");
-    EXPECT_EQ(outcome.LeftPanel, PanelChange::Shown);
-    EXPECT_EQ(outcome.LocationText,
+    EXPECT_EQ(outcome.listing,
               "Unexpected values:\r\nValue\tRow\tColumn\r\n202\t2\t3\r\n0\t3\t4\r\n"
               "Inconsistent values:\r\nValue\tRow\tColumn\r\n103\t2\t4\r\n");
     EXPECT_TRUE(prompter.messages.empty());
     EXPECT_FALSE(flags.CheckClean);
     EXPECT_FALSE(flags.UncheckedData);
-    EXPECT_TRUE(outcome.EnableRunCommands);
+    EXPECT_TRUE(CheckAllowsRun(outcome.ending));
 
     flags.AnalyseInProgress = false;
     Run(table, "200");
@@ -159,12 +156,12 @@ TEST_F(Check, NonIntegerCellsEndTheCheckBeforeTheModulusTest) {
     EXPECT_EQ(prompter.messages, One("3 value(s) not positive integer.\r\n"
                                      "Please correct and try again.",
                                      MessageIcon::Critical));
-    EXPECT_EQ(outcome.LocationText,
+    EXPECT_EQ(outcome.listing,
               "Non-integer values:\r\nValue\tRow\tColumn\r\n1.5\t1\t3\r\n-2\t2\t3\r\n\t3\t3\r\n");
     EXPECT_EQ(cells.NonIntegerCells, (Cells{{2, 2}, {2, 3}, {2, 4}}));
     EXPECT_EQ(cells.UnexpectedCells, (Cells{{3, 4}}));
     EXPECT_EQ(cells.InconsistentCells, (Cells{{9, 9}}));
-    EXPECT_FALSE(outcome.EnableRunCommands);
+    EXPECT_FALSE(CheckAllowsRun(outcome.ending));
     EXPECT_FALSE(flags.CheckClean);
     EXPECT_TRUE(flags.UncheckedData);
 }

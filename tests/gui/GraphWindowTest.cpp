@@ -30,12 +30,12 @@ protected:
         Open(kDemo);
         SetAllMotifs(2);
         for (int locus = 1; locus < 8; ++locus) {
-            screen->NLocusButton->click();
-            if (locus == 2 || locus == 5) screen->RepeatCombo_Click(4);
-            if (locus == 4) screen->RepeatCombo_Click(3);
+            Button("NLocusButton")->click();
+            if (locus == 2 || locus == 5) emit Combo("RepeatCombo")->activated(4);
+            if (locus == 4) emit Combo("RepeatCombo")->activated(3);
         }
         user.defaultErrorChoice = ErrorDialogChoice::Omit;
-        screen->RandButton->click();
+        Button("RandButton")->click();
         ASSERT_TRUE(session.gAnalysis);
     }
     frmDrawGraph* Window(const std::string& locus, bool homozygotes) {
@@ -47,7 +47,7 @@ protected:
     // Clicks a locus's first window: its partner comes forward with it.
     void BringForward(const std::string& locus) {
         if (auto* sub = qobject_cast<QMdiSubWindow*>(Window(locus, true)->parentWidget()))
-            screen->mdiArea->setActiveSubWindow(sub);
+            screen->GraphArea().setActiveSubWindow(sub);
         QApplication::processEvents();
     }
 };
@@ -82,14 +82,15 @@ TEST_F(GraphTest, TwoWindowsPerLocusInPairs) {
     BringForward("Tav107");
     Grab("6-graphs-null-allele");
     // The panes show the locus last touched, and the partner window stands in front.
-    EXPECT_NE(screen->AnalysisTBox->toPlainText().indexOf("Null alleles may be present"), -1);
+    EXPECT_NE(Pane("AnalysisTBox")->toPlainText().indexOf("Null alleles may be present"), -1);
     auto* partner = qobject_cast<QMdiSubWindow*>(Window("Tav107", false)->parentWidget());
-    const QList<QMdiSubWindow*> stacking = screen->mdiArea->subWindowList(QMdiArea::StackingOrder);
+    const QList<QMdiSubWindow*> stacking =
+        screen->GraphArea().subWindowList(QMdiArea::StackingOrder);
     EXPECT_GE(stacking.indexOf(partner), stacking.size() - 2);
     BringForward("Tav163");
     Grab("7-graphs-no-null-allele");
-    EXPECT_NE(screen->AdvisoryTBox->toPlainText().indexOf("Locus: Tav163"), -1);
-    Tool(12)->trigger();
+    EXPECT_NE(Pane("AdvisoryTBox")->toPlainText().indexOf("Locus: Tav163"), -1);
+    Action("CloseGraphs")->trigger();
     EXPECT_TRUE(screen->GraphWindows().empty());
 }
 
@@ -185,15 +186,15 @@ TEST_F(GraphTest, ResultWindowsShowTheEnginesTextsAsTheBatchReportHasThem) {
     const testing::Json report = testing::Json::Parse(json)["populations"][0];
     auto shown = [](const std::string& text) { return ShownText(text); };
 
-    screen->mnuNulls->trigger();
-    auto* nulls = qobject_cast<frmAllNulls*>(screen->ResultWindows.back().data());
+    Action("mnuNulls")->trigger();
+    auto* nulls = qobject_cast<frmAllNulls*>(screen->ResultWindows().back().data());
     ASSERT_TRUE(nulls);
     EXPECT_EQ(nulls->NullTextBox->toPlainText(),
               shown(std::get<std::string>(report["summary_text"].value)));
     EXPECT_EQ(nulls->windowTitle(), "Summary Statistics Null Allele Estimates");
 
-    screen->mnuAnalysis->trigger();
-    auto* estimates = qobject_cast<frmNullAllele*>(screen->ResultWindows.back().data());
+    Action("mnuAnalysis")->trigger();
+    auto* estimates = qobject_cast<frmNullAllele*>(screen->ResultWindows().back().data());
     ASSERT_TRUE(estimates);
     EXPECT_EQ(
         estimates->NullText->toPlainText(),
@@ -205,7 +206,7 @@ TEST_F(GraphTest, ResultWindowsShowTheEnginesTextsAsTheBatchReportHasThem) {
               shown(std::get<std::string>(report["loci"][1]["adjusted_frequencies_text"].value)));
     ASSERT_TRUE(estimates->DisplayGenosButton->isEnabled());
     estimates->DisplayGenosButton->click();
-    auto* genotypes = qobject_cast<frmGenotypes*>(screen->ResultWindows.back().data());
+    auto* genotypes = qobject_cast<frmGenotypes*>(screen->ResultWindows().back().data());
     ASSERT_TRUE(genotypes);
     AdjustedGenotypeList brookfield2;
     for (const testing::Json& row : std::get<testing::Json::Array>(

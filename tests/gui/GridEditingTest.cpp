@@ -23,37 +23,39 @@ TEST_F(ScreenTest, CopyCutPasteAndDeleteWholeRows) {
     Table& table = session.gInputData->rsAlleleData;
     // Rows are picked with Ctrl in an order the copy keeps.
     Pick({4, 2});
-    screen->mnuCopy->trigger();
+    Action("mnuCopy")->trigger();
     EXPECT_EQ(Clipboard(), "s3\t104\t104\t150\t150\r\ns1\t100\t102\t150\t152\r\n");
-    // Copy with nothing picked leaves the clipboard empty.
+    // Copy with nothing picked leaves the clipboard empty: the toolbar's Copy stays on with no
+    // rows picked once the graphs are closed or the grid is shown again.
     Pick({});
-    screen->mnuCopy_Click();
+    Action("Copy")->setEnabled(true);
+    Action("Copy")->trigger();
     EXPECT_TRUE(Clipboard().isEmpty());
 
     Pick({3});
-    screen->mnuCut->trigger();
+    Action("mnuCut")->trigger();
     EXPECT_EQ(Clipboard(), "s2\t102\t104\t152\t154\r\n");
     EXPECT_EQ(table.RecordCount(), 6);
-    EXPECT_TRUE(screen->ChangedData);
+    EXPECT_TRUE(screen->DataChanged());
     // Paste numbers the new row from the row count, so a number can repeat.
-    screen->mnuPaste->trigger();
+    Action("mnuPaste")->trigger();
     ASSERT_EQ(table.RecordCount(), 7);
     EXPECT_EQ(table.Cell(6, 0), "5");
     EXPECT_EQ(table.Cell(6, 1), "s2");
     EXPECT_EQ(table.Cell(6, 5), "154");
     // Without a final line break the last line is lost; a wrong field count is refused.
     QGuiApplication::clipboard()->setText("x\t1\t2\t3\t4");
-    screen->mnuPaste->trigger();
+    Action("mnuPaste")->trigger();
     EXPECT_EQ(table.RecordCount(), 7);
     QGuiApplication::clipboard()->setText("x\t1\t2\r\n");
-    screen->mnuPaste->trigger();
+    Action("mnuPaste")->trigger();
     EXPECT_EQ(user.LastText(),
               "The number of loci to be pasted does not\r\nmatch the number of loci in the "
               "DataGrid.");
     EXPECT_EQ(user.messages.back().caption, "Invalid Paste");
     // A later line with fewer fields ends the paste where it stands, its row half filled.
     QGuiApplication::clipboard()->setText("y\t1\t2\t3\t4\r\nz\t1\r\n");
-    screen->mnuPaste->trigger();
+    Action("mnuPaste")->trigger();
     ASSERT_EQ(table.RecordCount(), 9);
     EXPECT_EQ(table.Cell(8, 1), "z");
     EXPECT_EQ(table.Cell(8, 3), "");
@@ -61,16 +63,17 @@ TEST_F(ScreenTest, CopyCutPasteAndDeleteWholeRows) {
     // The grid's own deletion refuses when the first picked row is a heading row; the menu's
     // and the keys' deletion does not ask.
     Pick({1, 5});
-    screen->GridDeleteAction->trigger();
+    Action("GridDeleteAction")->trigger();
     EXPECT_EQ(user.LastText(), "This row cannot be deleted.");
     EXPECT_EQ(table.RecordCount(), 9);
     const auto messages = user.messages.size();
-    screen->DataGrid1->onKey(Qt::Key_Delete, Qt::NoModifier);
+    screen->Grid().onKey(Qt::Key_Delete, Qt::NoModifier);
     EXPECT_EQ(user.messages.size(), messages);  // the key deletes without asking
     EXPECT_EQ(table.RecordCount(), 7);
-    screen->mnuSelectAll->trigger();
-    EXPECT_EQ(Enabled({screen->mnuCut, screen->mnuCopy, Tool(6), Tool(7)}), "1111");
-    screen->mnuDelete->trigger();
+    Action("mnuSelectAll")->trigger();
+    EXPECT_EQ(Enabled({Action("mnuCut"), Action("mnuCopy"), Action("Cut"), Action("Copy")}),
+              "1111");
+    Action("mnuDelete")->trigger();
     EXPECT_EQ(table.RecordCount(), 0);  // heading rows too
 }
 
@@ -78,24 +81,24 @@ TEST_F(ScreenTest, KeysWorkOnlyWithCtrlAlone) {
     Open(WriteFile("small.gen", kSmall));
     Pick({2});
     QGuiApplication::clipboard()->clear();
-    EXPECT_FALSE(screen->DataGrid1->onKey(Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier));
+    EXPECT_FALSE(screen->Grid().onKey(Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier));
     EXPECT_TRUE(Clipboard().isEmpty());
-    EXPECT_TRUE(screen->DataGrid1->onKey(Qt::Key_C, Qt::ControlModifier));
+    EXPECT_TRUE(screen->Grid().onKey(Qt::Key_C, Qt::ControlModifier));
     EXPECT_EQ(Clipboard(), "s1\t100\t102\t150\t152\r\n");
-    screen->DataGrid1->onShiftClick();
+    screen->Grid().onShiftClick();
     EXPECT_EQ(user.messages.back().caption, "Possible input error");
 }
 
 TEST_F(ScreenTest, NewGridTypedSavedAndReadBack) {
     user.newGrids.push_back(std::vector<std::string>{"Locus 1", "Locus 2"});
-    screen->mnuNew->trigger();
+    Action("mnuNew")->trigger();
     EXPECT_TRUE(session.gGridIsNew);
-    EXPECT_EQ(screen->GridCaption->text(), "New Population");
+    EXPECT_EQ(Label("GridCaption")->text(), "New Population");
     EXPECT_EQ(MenuState(), "11 1111 1111 00 0 0000 11");
-    EXPECT_EQ(screen->LocusTextBox->text(), "Locus 1");
+    EXPECT_EQ(Edit("LocusTextBox")->text(), "Locus 1");
     Grab("5-new-grid");
     // Typing in the blank row at the foot adds samples.
-    QAbstractItemModel* model = screen->DataGrid1->model();
+    QAbstractItemModel* model = screen->Grid().model();
     const char* rows[][5] = {{"a", "100", "102", "150", "152"}, {"b", "102", "104", "152", "0"}};
     for (const auto& row : rows) {
         const int at = model->rowCount() - 1;
@@ -106,7 +109,7 @@ TEST_F(ScreenTest, NewGridTypedSavedAndReadBack) {
     EXPECT_EQ(session.gInputData->rsAlleleData.Cell(3, 0), "2");
     const std::string saved = (folder / "typed.txt").string();
     user.saveNames.push_back(saved);
-    screen->mnuSaveAs->trigger();
+    Action("mnuSaveAs")->trigger();
     RecordingPrompter quiet;
     StoreRequest request;
     request.fileLocation = saved;
@@ -115,7 +118,7 @@ TEST_F(ScreenTest, NewGridTypedSavedAndReadBack) {
     EXPECT_EQ(back.rsAlleleData.Cell(3, 1), "b");
     EXPECT_EQ(back.rsAlleleData.Cell(3, 5), "000");  // "0" is written as 000
     // Cancel in the dialog: the old store stands and nothing is made.
-    screen->mnuNew->trigger();
+    Action("mnuNew")->trigger();
     EXPECT_FALSE(session.gGridIsNew);
 }
 
@@ -168,27 +171,27 @@ TEST_F(ScreenTest, NothingTypedIntoABoxEndsTheSession) {
     Open(WriteFile("small.gen", kSmall));
     SetAllMotifs(2);
     for (const char* text : {"", "999999", "1e999", "-0", "abc", "0x1F", "\t"}) {
-        screen->SizeTextBox->setText(text);
-        screen->ValidateButton->click();
-        screen->RandTextBox->setText(text);
-        screen->RandButton->click();
+        Edit("SizeTextBox")->setText(text);
+        Button("ValidateButton")->click();
+        Edit("RandTextBox")->setText(text);
+        Button("RandButton")->click();
     }
-    QAbstractItemModel* model = screen->DataGrid1->model();
+    QAbstractItemModel* model = screen->Grid().model();
     model->setData(model->index(3, 2), QString(300, 'x'));  // longer than a cell takes
     model->setData(model->index(3, 2), "abc");
     user.defaultErrorChoice = ErrorDialogChoice::Proceed;
-    screen->SizeTextBox->setText("350");
-    screen->RandTextBox->setText("1000");
-    screen->RandButton->click();
+    Edit("SizeTextBox")->setText("350");
+    Edit("RandTextBox")->setText("1000");
+    Button("RandButton")->click();
     EXPECT_EQ(endedWith, -1) << user.LastText();
     EXPECT_TRUE(session.gAnalysis);
 }
 
 TEST_F(ScreenTest, ExitWithChangesAsksTwiceAndEnds) {
     Open(WriteFile("small.gen", kSmall));
-    screen->DataGrid1->model()->setData(screen->DataGrid1->model()->index(2, 2), "106");
+    screen->Grid().model()->setData(screen->Grid().model()->index(2, 2), "106");
     user.answers = {MessageAnswer::Cancel, MessageAnswer::Cancel};
-    screen->mnuFileExit->trigger();
+    Action("mnuFileExit")->trigger();
     EXPECT_EQ(user.Texts(),
               (std::vector<std::string>{"Do you want to save all the loaded populations?",
                                         "Do you want to save all the loaded populations?"}));

@@ -17,10 +17,10 @@ namespace {
 class GuideScreensTest : public ScreenTest {
 protected:
     void SetMotif(int locus, int listIndex) {
-        while (screen->CurrentLocus < locus)
-            screen->NLocusButton_Click();
-        screen->RepeatCombo->setCurrentIndex(listIndex);
-        screen->RepeatCombo_Click(listIndex);
+        while (screen->LocusOnScreen() < locus)
+            Button("NLocusButton")->click();
+        Combo("RepeatCombo")->setCurrentIndex(listIndex);
+        emit Combo("RepeatCombo")->activated(listIndex);
     }
     // A window of the frame by its title, or nothing.
     template <class Window>
@@ -30,7 +30,7 @@ protected:
         return nullptr;
     }
     void GrabGraph(const QString& locus, const QString& kind, const std::string& name) {
-        for (QMdiSubWindow* sub : screen->mdiArea->subWindowList()) {
+        for (QMdiSubWindow* sub : screen->GraphArea().subWindowList()) {
             const QString title = sub->windowTitle() + " " + sub->widget()->windowTitle();
             if (!title.contains(locus) || !title.contains(kind)) continue;
             sub->showNormal();
@@ -47,7 +47,11 @@ TEST_F(GuideScreensTest, TheWorkedExample) {
     SetMotif(2, 4);   // Tav114 Tetranucleotide
     SetMotif(4, 3);   // Tav131 Trinucleotide
     SetMotif(5, 4);   // Tav140 Tetranucleotide
-    EXPECT_EQ(screen->RepeatTable[5], (std::array<Int16, 2>{4, 4}));
+    // Leaving the locus and coming back shows the motif it keeps.
+    Button("PLocusButton")->click();
+    Button("NLocusButton")->click();
+    EXPECT_EQ(screen->LocusOnScreen(), 5);
+    EXPECT_EQ(Combo("RepeatCombo")->currentIndex(), 4);
     Grab("main-data");
 
     frmErrorDialog possibleErrors(screen.get());
@@ -56,7 +60,7 @@ TEST_F(GuideScreensTest, TheWorkedExample) {
     GrabWindow(example, "genepop-example");
 
     user.defaultErrorChoice = ErrorDialogChoice::Omit;
-    screen->RandButton->click();
+    Button("RandButton")->click();
     EXPECT_EQ(user.errorDialogs, 1);
     ASSERT_TRUE(session.gAnalysis);
     const std::vector<LocusResult>& loci = session.gAnalysis->Loci();
@@ -69,22 +73,22 @@ TEST_F(GuideScreensTest, TheWorkedExample) {
 
     const auto texts = session.gAnalysis->DisplayInitAnalysis("Tav107");
     ASSERT_TRUE(texts);
-    screen->AdvisoryTBox->setPlainText(QString::fromStdString(texts->first).replace("\r\n", "\n"));
-    screen->AnalysisTBox->setPlainText(QString::fromStdString(texts->second).replace("\r\n", "\n"));
-    for (QMdiSubWindow* sub : screen->mdiArea->subWindowList())
-        if (sub->windowTitle().contains("Tav107")) screen->mdiArea->setActiveSubWindow(sub);
+    Pane("AdvisoryTBox")->setPlainText(QString::fromStdString(texts->first).replace("\r\n", "\n"));
+    Pane("AnalysisTBox")->setPlainText(QString::fromStdString(texts->second).replace("\r\n", "\n"));
+    for (QMdiSubWindow* sub : screen->GraphArea().subWindowList())
+        if (sub->windowTitle().contains("Tav107")) screen->GraphArea().setActiveSubWindow(sub);
     Grab("main-after-run");
     GrabGraph("Tav107", "Homozyg", "graph-homozygotes");
     GrabGraph("Tav122", "Differ", "graph-differences");
 
-    screen->mnuAnalysis_Click();
+    Action("mnuAnalysis")->trigger();
     if (auto* estimates = Find<frmNullAllele>("Estimated Allele Frequencies")) {
         estimates->resize(720, 360);
         estimates->ShowLocus(1);
         GrabWindow(*estimates, "estimate-frequencies");
         estimates->close();
     }
-    screen->mnuNulls_Click();
+    Action("mnuNulls")->trigger();
     if (auto* compare = Find<frmAllNulls>("Summary Statistics")) {
         EXPECT_TRUE(compare->NullTextBox->toPlainText().contains(
             "Several loci show evidence for a null allele."));

@@ -22,9 +22,9 @@ const std::filesystem::path kHelpSource =
 TEST_F(ScreenTest, EachHelpRoutineOpensItsTopic) {
     const std::string bundle =
         (std::filesystem::path(TAVRELLE_TABLE_DIR) / "TavrelleHelp").string();
-    EXPECT_EQ(screen->HelpFile, bundle);
-    screen->mnuHelpContents->trigger();
-    screen->mnuHelpIndex->trigger();
+    EXPECT_EQ(screen->HelpFile(), bundle);
+    Action("mnuHelpContents")->trigger();
+    Action("mnuHelpIndex")->trigger();
     screen->DisplayAlleleFreqHelp();
     screen->DisplayNullCalcHelp();
     screen->DisplayAdjGenoHelp();
@@ -43,9 +43,9 @@ TEST_F(ScreenTest, EachHelpRoutineOpensItsTopic) {
 }
 
 TEST_F(ScreenTest, NoHelpFileGivesTheMessages) {
-    screen->HelpFile.clear();
-    screen->mnuHelpContents->trigger();
-    screen->mnuHelpIndex->trigger();
+    screen->SetHelpFile("");
+    Action("mnuHelpContents")->trigger();
+    Action("mnuHelpIndex")->trigger();
     screen->DisplayAlleleFreqHelp();
     screen->DisplayNullCalcHelp();
     screen->DisplayAdjGenoHelp();
@@ -65,8 +65,8 @@ TEST_F(ScreenTest, NoHelpFileGivesTheMessages) {
 
 TEST_F(ScreenTest, GuideAndQuestionnaireOpenThroughTheDesktop) {
     const std::filesystem::path program(TAVRELLE_TABLE_DIR);
-    screen->mnuHelpPDF->trigger();
-    screen->mnuHelpQ->trigger();
+    Action("mnuHelpPDF")->trigger();
+    Action("mnuHelpQ")->trigger();
     EXPECT_EQ(user.documents, (std::vector<std::string>{(program / "User_Guide.pdf").string(),
                                                         (program / "Questionnaire.xls").string()}));
     EXPECT_TRUE(user.messages.empty());
@@ -74,8 +74,8 @@ TEST_F(ScreenTest, GuideAndQuestionnaireOpenThroughTheDesktop) {
     // Not found: told for the guide only.
     user.documents.clear();
     user.documentCode = 2;
-    screen->mnuHelpPDF->trigger();
-    screen->mnuHelpQ->trigger();
+    Action("mnuHelpPDF")->trigger();
+    Action("mnuHelpQ")->trigger();
     ASSERT_EQ(user.messages.size(), 1u);
     EXPECT_EQ(user.messages[0], (Message{"The requested file has not been found.", "File Not Found",
                                          MessageIcon::Exclamation, MessageButtons::Ok}));
@@ -83,7 +83,7 @@ TEST_F(ScreenTest, GuideAndQuestionnaireOpenThroughTheDesktop) {
 
 TEST_F(ScreenTest, NoReaderOffersTheDownloadPage) {
     user.documentCode = 3;
-    screen->mnuHelpPDF->trigger();  // the scripted user presses Cancel
+    Action("mnuHelpPDF")->trigger();  // the scripted user presses Cancel
     ASSERT_EQ(user.messages.size(), 1u);
     EXPECT_EQ(user.messages[0],
               (Message{"Adobe Acrobat Reader may not be installed on this machine.\r\nClick OK to "
@@ -92,7 +92,7 @@ TEST_F(ScreenTest, NoReaderOffersTheDownloadPage) {
     EXPECT_EQ(user.documents.size(), 1u);
 
     user.answers.push_back(MessageAnswer::Ok);
-    screen->mnuHelpPDF->trigger();
+    Action("mnuHelpPDF")->trigger();
     ASSERT_EQ(user.documents.size(), 3u);
     EXPECT_EQ(user.documents[2].rfind("https://", 0), 0u);
 }
@@ -130,7 +130,7 @@ TEST_F(ScreenTest, AboutBoxIsModalOverTheFrame) {
         GrabWindow(*about, "about");
         about->cmdOK->click();
     });
-    screen->mnuHelpAbout->trigger();
+    Action("mnuHelpAbout")->trigger();
     EXPECT_TRUE(seen);
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }

@@ -23,16 +23,16 @@ bool WaitForResult(const frmLikelihood& window) {
 }
 
 TEST_F(ScreenTest, LikelihoodEstimatesOpenAfterARun) {
-    EXPECT_FALSE(screen->mnuLikelihood->isEnabled()) << "nothing to estimate from yet";
+    EXPECT_FALSE(Action("mnuLikelihood")->isEnabled()) << "nothing to estimate from yet";
     Open(std::string(TAVRELLE_DEMO_FILES) + "/DemoThreePopulations.gen");
     SetAllMotifs(2);
     user.defaultErrorChoice = ErrorDialogChoice::Proceed;
-    screen->RandButton->click();
+    Button("RandButton")->click();
     ASSERT_TRUE(session.gAnalysis);
-    ASSERT_TRUE(screen->mnuLikelihood->isEnabled());
+    ASSERT_TRUE(Action("mnuLikelihood")->isEnabled());
 
-    screen->mnuLikelihood->trigger();
-    auto* window = qobject_cast<frmLikelihood*>(screen->ResultWindows.back().data());
+    Action("mnuLikelihood")->trigger();
+    auto* window = qobject_cast<frmLikelihood*>(screen->ResultWindows().back().data());
     ASSERT_NE(window, nullptr);
     window->ReplicatesBox->setValue(100);
     ASSERT_TRUE(WaitForResult(*window));

@@ -13,19 +13,19 @@ const std::string kThreePopulations =
 
 TEST_F(ScreenTest, StartsWithNothingLoaded) {
     EXPECT_EQ(screen->windowTitle(), "Tavrelle");
-    EXPECT_EQ(screen->StatusPanel1->text(), "  Ready");
+    EXPECT_EQ(Label("StatusPanel1")->text(), "  Ready");
     EXPECT_EQ(MenuState(), "00 0000 0000 00 0 0000 00");
-    EXPECT_TRUE(screen->mnuNew->isEnabled());
-    EXPECT_TRUE(screen->mnuFileOpen->isEnabled());
-    EXPECT_EQ(Enabled({screen->PLocusButton, screen->LocusTextBox, screen->NLocusButton,
-                       screen->AllButton, screen->SizeTextBox, screen->ValidateButton,
-                       screen->RandTextBox, screen->NextPopButton, screen->PPopButton,
-                       screen->NPopButton}),
+    EXPECT_TRUE(Action("mnuNew")->isEnabled());
+    EXPECT_TRUE(Action("mnuFileOpen")->isEnabled());
+    EXPECT_EQ(Enabled({Button("PLocusButton"), Edit("LocusTextBox"), Button("NLocusButton"),
+                       Button("AllButton"), Edit("SizeTextBox"), Button("ValidateButton"),
+                       Edit("RandTextBox"), Button("NextPopButton"), Button("PPopButton"),
+                       Button("NPopButton")}),
               "0000000000");
-    EXPECT_TRUE(screen->RepeatCombo->isHidden());
-    EXPECT_TRUE(screen->CICombo->isHidden());
-    EXPECT_EQ(screen->SizeTextBox->text(), "350");
-    EXPECT_EQ(screen->RandTextBox->text(), "1000");
+    EXPECT_TRUE(Combo("RepeatCombo")->isHidden());
+    EXPECT_TRUE(Combo("CICombo")->isHidden());
+    EXPECT_EQ(Edit("SizeTextBox")->text(), "350");
+    EXPECT_EQ(Edit("RandTextBox")->text(), "1000");
     EXPECT_FALSE(screen->GridVisible());
     Grab("1-no-data");
 }
@@ -39,20 +39,21 @@ TEST_F(ScreenTest, OpenStartsInTheDemoFolderAndShowsTheFirstPopulation) {
                     std::filesystem::path(TAVRELLE_TABLE_DIR) / ".." / "DemoFiles") ||
                 user.dialogs[0].folder.find("DemoFiles") != std::string::npos);
     EXPECT_EQ(screen->windowTitle(), "Tavrelle - DemoThreePopulations.gen");
-    EXPECT_EQ(screen->StatusPanel1->text(), "  Ready");
+    EXPECT_EQ(Label("StatusPanel1")->text(), "  Ready");
     EXPECT_TRUE(screen->GridVisible());
     EXPECT_EQ(MenuState(), "11 1111 0000 00 0 0000 11");
-    EXPECT_EQ(Enabled({screen->NextPopButton, screen->PPopButton, screen->NPopButton}), "100");
-    EXPECT_EQ(screen->LocusTextBox->text(), "Tav205");
-    EXPECT_EQ(Enabled({screen->PLocusButton, screen->NLocusButton}), "01");
-    EXPECT_EQ(screen->GridCaption->text().toStdString().substr(0, 4), "pop1");
+    EXPECT_EQ(Enabled({Button("NextPopButton"), Button("PPopButton"), Button("NPopButton")}),
+              "100");
+    EXPECT_EQ(Edit("LocusTextBox")->text(), "Tav205");
+    EXPECT_EQ(Enabled({Button("PLocusButton"), Button("NLocusButton")}), "01");
+    EXPECT_EQ(Label("GridCaption")->text().toStdString().substr(0, 4), "pop1");
     EXPECT_TRUE(user.messages.empty());
     Grab("2-data");
 }
 
 TEST_F(ScreenTest, AnalyseRefusesWithoutMotifsAndBadCounts) {
     Open(kThreePopulations);
-    screen->RandButton->click();
+    Button("RandButton")->click();
     ASSERT_EQ(user.messages.size(), 1u);
     EXPECT_EQ(user.messages[0].text, "Please select a Repeat Motif for all Loci");
     EXPECT_EQ(user.errorDialogs, 0);
@@ -61,20 +62,20 @@ TEST_F(ScreenTest, AnalyseRefusesWithoutMotifsAndBadCounts) {
     user.defaultErrorChoice = ErrorDialogChoice::Proceed;  // the demo's missing genotypes
     for (const char* bad : {"", "abc", "1000.0", "-5"}) {
         user.messages.clear();
-        screen->RandTextBox->setText(bad);
-        screen->RandButton->click();
+        Edit("RandTextBox")->setText(bad);
+        Button("RandButton")->click();
         EXPECT_EQ(user.LastText(), "Please enter an integer value.") << bad;
-        EXPECT_EQ(screen->RandTextBox->text(), "1000");
-        EXPECT_FALSE(screen->mnuAnalysis->isEnabled());
+        EXPECT_EQ(Edit("RandTextBox")->text(), "1000");
+        EXPECT_FALSE(Action("mnuAnalysis")->isEnabled());
     }
     // Out of range: no run, but the result commands open up all the same.
     user.messages.clear();
-    screen->RandTextBox->setText("999");
-    screen->RandButton->click();
+    Edit("RandTextBox")->setText("999");
+    Button("RandButton")->click();
     EXPECT_EQ(user.LastText(),
               "The number of randomisations entered is outside normal values (1000 to 10000).");
-    EXPECT_EQ(screen->RandTextBox->text(), "1000");
-    EXPECT_TRUE(screen->mnuAnalysis->isEnabled());
+    EXPECT_EQ(Edit("RandTextBox")->text(), "1000");
+    EXPECT_TRUE(Action("mnuAnalysis")->isEnabled());
     EXPECT_FALSE(session.gAnalysis);
 }
 
@@ -83,37 +84,38 @@ TEST_F(ScreenTest, AnalyseRunsTheCheckThenTheRun) {
     SetAllMotifs(2);
     // Tav211 and Tav241 are tetranucleotides, Tav226 a trinucleotide.
     for (int locus : {1, 3, 5}) {
-        while (screen->CurrentLocus < locus)
-            screen->NLocusButton->click();
-        screen->RepeatCombo_Click(locus == 3 ? 3 : 4);
+        while (screen->LocusOnScreen() < locus)
+            Button("NLocusButton")->click();
+        emit Combo("RepeatCombo")->activated(locus == 3 ? 3 : 4);
     }
-    screen->RandTextBox->setText("1e3");  // numeric: counts as 1000
+    Edit("RandTextBox")->setText("1e3");  // numeric: counts as 1000
     user.errorChoices.push_back(ErrorDialogChoice::Proceed);
-    screen->RandButton->click();
+    Button("RandButton")->click();
     ASSERT_TRUE(session.gAnalysis) << (user.messages.empty() ? "" : user.messages.back().text);
     EXPECT_EQ(session.gAnalysis->Loci().size(), 6u);
     EXPECT_EQ(session.gRandomisations, 1000);
     EXPECT_EQ(session.gRepeatTable, (std::vector<Int16>{2, 4, 2, 3, 2, 4}));
     EXPECT_EQ(MenuState(), "11 1110 0000 11 1 1111 11");
     EXPECT_FALSE(screen->GridVisible());
-    EXPECT_TRUE(screen->LeftPanel->isHidden());
-    EXPECT_TRUE(screen->MessageBar->isVisible());
-    EXPECT_EQ(Tool(10)->toolTip(), "Show the DataGrid");
-    EXPECT_NE(screen->AdvisoryTBox->toPlainText().indexOf("Locus: Tav205"), -1);
+    EXPECT_TRUE(Widget("LeftPanel")->isHidden());
+    EXPECT_TRUE(Widget("MessageBar")->isVisible());
+    EXPECT_EQ(Action("Toggle")->toolTip(), "Show the DataGrid");
+    // The panes speak of the locus whose graphs stand in front, the last one.
+    EXPECT_NE(Pane("AdvisoryTBox")->toPlainText().indexOf("Locus: Tav241"), -1);
     Grab("4-after-run");
 
     // The toggle brings the grid back, and the toolbar's editing buttons with it.
-    screen->mnuToggle->trigger();
+    Action("mnuToggle")->trigger();
     EXPECT_TRUE(screen->GridVisible());
-    EXPECT_EQ(Tool(10)->toolTip(), "Show the results graphs");
-    EXPECT_EQ(Enabled({Tool(6), Tool(7), Tool(8)}), "111");
+    EXPECT_EQ(Action("Toggle")->toolTip(), "Show the results graphs");
+    EXPECT_EQ(Enabled({Action("Cut"), Action("Copy"), Action("Paste")}), "111");
     // A second Analyse on unchanged data does not check again; the earlier answers stand, so
     // the Possible Errors dialog comes once more.
-    const std::string report = screen->LocationText->toPlainText().toStdString();
+    const std::string report = Pane("LocationText")->toPlainText().toStdString();
     const int dialogs = user.errorDialogs;
-    screen->RandButton->click();
+    Button("RandButton")->click();
     EXPECT_EQ(user.errorDialogs, dialogs + 1);
-    EXPECT_EQ(screen->LocationText->toPlainText().toStdString(), report);
+    EXPECT_EQ(Pane("LocationText")->toPlainText().toStdString(), report);
 }
 
 TEST_F(ScreenTest, TheErrorDialogsThreeAnswers) {
@@ -125,11 +127,11 @@ TEST_F(ScreenTest, TheErrorDialogsThreeAnswers) {
     Open(file);
     SetAllMotifs(2);
     user.errorChoices = {ErrorDialogChoice::Correct};
-    screen->RandButton->click();
+    Button("RandButton")->click();
     EXPECT_EQ(user.errorDialogs, 1);
     EXPECT_FALSE(session.gAnalysis);
-    EXPECT_TRUE(screen->LeftPanel->isVisible());
-    const std::string report = screen->LocationText->toPlainText().toStdString();
+    EXPECT_TRUE(Widget("LeftPanel")->isVisible());
+    const std::string report = Pane("LocationText")->toPlainText().toStdString();
     EXPECT_NE(report.find("Unexpected values:"), std::string::npos);
     EXPECT_NE(report.find("999\t2\t6"), std::string::npos);
     EXPECT_NE(report.find("Inconsistent values:"), std::string::npos);
@@ -138,7 +140,7 @@ TEST_F(ScreenTest, TheErrorDialogsThreeAnswers) {
 
     // Omit: the run takes the suspect cells as missing.
     user.errorChoices = {ErrorDialogChoice::Omit};
-    screen->RandButton->click();
+    Button("RandButton")->click();
     ASSERT_TRUE(session.gAnalysis);
     EXPECT_EQ(session.gInputData->rsAlleleData.Cell(3, 5), "0");
     EXPECT_EQ(session.gInputData->rsAlleleData.Cell(5, 4), "0");
@@ -152,7 +154,7 @@ TEST_F(ScreenTest, ProceedKeepsTheSuspectValues) {
     Open(file);
     SetAllMotifs(2);
     user.errorChoices = {ErrorDialogChoice::Proceed};
-    screen->RandButton->click();
+    Button("RandButton")->click();
     ASSERT_TRUE(session.gAnalysis);
     EXPECT_EQ(session.gAnalysis->Loci()[0].highest, 999);
 }
@@ -160,43 +162,46 @@ TEST_F(ScreenTest, ProceedKeepsTheSuspectValues) {
 TEST_F(ScreenTest, TheCheckButtonReportsAndClampsTheSize) {
     Open(kThreePopulations);
     SetAllMotifs(2);
-    screen->SizeTextBox->setText("800");
-    screen->ValidateButton->click();
-    EXPECT_EQ(screen->SizeTextBox->text(), "700");
+    Edit("SizeTextBox")->setText("800");
+    Button("ValidateButton")->click();
+    EXPECT_EQ(Edit("SizeTextBox")->text(), "700");
     ASSERT_GE(user.messages.size(), 1u);
     EXPECT_EQ(user.messages[0].text.substr(0, 50),
               "The maximum allele size is set outside normal limi");
     user.messages.clear();
-    screen->SizeTextBox->setText("x");
-    screen->ValidateButton->click();
+    Edit("SizeTextBox")->setText("x");
+    Button("ValidateButton")->click();
     EXPECT_EQ(user.Texts(), std::vector<std::string>{"The Maximum Allele Size must be an Integer"});
     // A non-integer cell: the critical box, and no run until it is corrected.
     session.gInputData->rsAlleleData.SetCell(2, 2, "1.5");
-    screen->SizeTextBox->setText("350");
+    Edit("SizeTextBox")->setText("350");
     user.messages.clear();
-    screen->ValidateButton->click();
+    Button("ValidateButton")->click();
     EXPECT_EQ(user.messages.at(0).icon, MessageIcon::Critical);
-    EXPECT_NE(screen->LocationText->toPlainText().indexOf("Non-integer values:"), -1);
+    EXPECT_NE(Pane("LocationText")->toPlainText().indexOf("Non-integer values:"), -1);
 }
 
 TEST_F(ScreenTest, BrowsingPopulationsCarriesMotifsOver) {
     Open(kThreePopulations);
     SetAllMotifs(2);
-    screen->NextPopButton->click();
-    EXPECT_EQ(screen->PopulationNumber, 2);
-    EXPECT_EQ(screen->RepeatCombo->currentIndex(), 2);  // same loci: motifs inherited
-    EXPECT_EQ(Enabled({screen->NextPopButton, screen->PPopButton, screen->NPopButton}), "110");
-    EXPECT_TRUE(screen->TablesLabel->isVisible());
-    EXPECT_EQ(Enabled({screen->mnuDisplayGraphs}), "0");
-    screen->PPopButton->click();
-    EXPECT_EQ(screen->PopulationNumber, 1);
-    EXPECT_EQ(Enabled({screen->NextPopButton, screen->PPopButton, screen->NPopButton}), "001");
-    EXPECT_EQ(screen->GridCaption->text().toStdString().substr(0, 4), "pop1");
-    screen->NPopButton->click();
-    EXPECT_EQ(Enabled({screen->NextPopButton, screen->PPopButton, screen->NPopButton}), "110");
-    screen->NextPopButton->click();
-    EXPECT_EQ(screen->PopulationNumber, 3);
-    EXPECT_FALSE(screen->NextPopButton->isEnabled());  // the last population
+    Button("NextPopButton")->click();
+    EXPECT_EQ(screen->PopulationOnScreen(), 2);
+    EXPECT_EQ(Combo("RepeatCombo")->currentIndex(), 2);  // same loci: motifs inherited
+    EXPECT_EQ(Enabled({Button("NextPopButton"), Button("PPopButton"), Button("NPopButton")}),
+              "110");
+    EXPECT_TRUE(Label("TablesLabel")->isVisible());
+    EXPECT_EQ(Enabled({Action("mnuDisplayGraphs")}), "0");
+    Button("PPopButton")->click();
+    EXPECT_EQ(screen->PopulationOnScreen(), 1);
+    EXPECT_EQ(Enabled({Button("NextPopButton"), Button("PPopButton"), Button("NPopButton")}),
+              "001");
+    EXPECT_EQ(Label("GridCaption")->text().toStdString().substr(0, 4), "pop1");
+    Button("NPopButton")->click();
+    EXPECT_EQ(Enabled({Button("NextPopButton"), Button("PPopButton"), Button("NPopButton")}),
+              "110");
+    Button("NextPopButton")->click();
+    EXPECT_EQ(screen->PopulationOnScreen(), 3);
+    EXPECT_FALSE(Button("NextPopButton")->isEnabled());  // the last population
 }
 
 TEST_F(ScreenTest, ARefusedFileShowsTheExampleAndKeepsTheOldGrid) {
@@ -204,7 +209,7 @@ TEST_F(ScreenTest, ARefusedFileShowsTheExampleAndKeepsTheOldGrid) {
     const std::string before = session.gInputData->rsAlleleData.Cell(2, 1);
     Open(WriteFile("notgenepop.txt", "just a title\nno pop line here\n"));
     EXPECT_EQ(user.examples, std::vector<ExampleScreen>{ExampleScreen::Genepop});
-    EXPECT_EQ(screen->StatusPanel1->text(), "  Loading...");
+    EXPECT_EQ(Label("StatusPanel1")->text(), "  Loading...");
     EXPECT_EQ(screen->windowTitle(), "Tavrelle - notgenepop.txt");
     EXPECT_EQ(session.gInputData->rsAlleleData.Cell(2, 1), before);
     // A text file named .xls fails at the connection.
@@ -213,38 +218,38 @@ TEST_F(ScreenTest, ARefusedFileShowsTheExampleAndKeepsTheOldGrid) {
     EXPECT_EQ(user.messages.back().caption, "Error Opening File");
     // Cancelling the dialog leaves the screen's controls off until the next open.
     user.openNames.push_back(std::nullopt);
-    screen->mnuFileOpen->trigger();
-    EXPECT_FALSE(screen->mnuDisplayGraphs->isEnabled());
+    Action("mnuFileOpen")->trigger();
+    EXPECT_FALSE(Action("mnuDisplayGraphs")->isEnabled());
 }
 
 TEST_F(ScreenTest, ClosingAsksAboutSavingOnlyAfterChanges) {
     Open(kThreePopulations);
-    screen->CloseGridButton_Click();
+    Widget<QToolButton>("CloseGridButton")->click();
     EXPECT_TRUE(user.messages.empty());
     EXPECT_EQ(MenuState(), "00 0000 0000 00 0 0000 00");
 
     Open(kThreePopulations);
-    screen->DataGrid1->model()->setData(screen->DataGrid1->model()->index(2, 2), "102");
-    EXPECT_TRUE(screen->ChangedData);
+    screen->Grid().model()->setData(screen->Grid().model()->index(2, 2), "102");
+    EXPECT_TRUE(screen->DataChanged());
     user.answers = {MessageAnswer::Cancel};
-    screen->CloseGridButton_Click();
+    Widget<QToolButton>("CloseGridButton")->click();
     EXPECT_EQ(user.messages.back().text, "Do you want to save all the loaded populations?");
     EXPECT_EQ(user.messages.back().caption, "Save Populations");
     EXPECT_TRUE(screen->GridVisible());  // Cancel: nothing happens
     user.answers = {MessageAnswer::No};
-    screen->CloseGridButton_Click();
+    Widget<QToolButton>("CloseGridButton")->click();
     // No closes the graphs after hiding the grid, and closing the graphs shows the grid again:
     // it stays on screen, every command off.
     EXPECT_TRUE(screen->GridVisible());
     EXPECT_EQ(MenuState(), "00 0000 0000 00 0 0000 00");
-    EXPECT_FALSE(screen->ChangedData);
+    EXPECT_FALSE(screen->DataChanged());
 
     Open(kThreePopulations);
-    screen->DataGrid1->model()->setData(screen->DataGrid1->model()->index(2, 2), "102");
+    screen->Grid().model()->setData(screen->Grid().model()->index(2, 2), "102");
     const std::string saved = (folder / "saved.gen").string();
     user.answers = {MessageAnswer::Yes};
     user.saveNames.push_back(saved);
-    screen->CloseGridButton_Click();
+    Widget<QToolButton>("CloseGridButton")->click();
     EXPECT_TRUE(std::filesystem::exists(saved));
     EXPECT_FALSE(screen->GridVisible());
 }
@@ -252,7 +257,7 @@ TEST_F(ScreenTest, ClosingAsksAboutSavingOnlyAfterChanges) {
 TEST_F(ScreenTest, CancellingSaveAsEndsTheSessionWithARecoveryFile) {
     Open(kThreePopulations);
     user.saveNames.push_back(std::nullopt);
-    screen->mnuSaveAs->trigger();
+    Action("mnuSaveAs")->trigger();
     EXPECT_EQ(endedWith, 1);
     ASSERT_FALSE(user.messages.empty());
     const std::string text = user.messages.back().text;
@@ -266,21 +271,21 @@ TEST_F(ScreenTest, CancellingSaveAsEndsTheSessionWithARecoveryFile) {
 TEST_F(ScreenTest, ARunWithTooManySamplesResetsTheScreen) {
     std::string text = "Too many\nLocA\nPop\n";
     for (int i = 0; i < 160; ++i)
-        text += "h" + std::to_string(i) + ",  100100\n";
+        text.append("h").append(std::to_string(i)).append(",  100100\n");
     for (int i = 0; i < 240; ++i)
-        text += "e" + std::to_string(i) + ",  102104\n";
+        text.append("e").append(std::to_string(i)).append(",  102104\n");
     Open(WriteFile("many.gen", text));
     SetAllMotifs(2);
-    screen->RandButton->click();
+    Button("RandButton")->click();
     ASSERT_FALSE(user.messages.empty());
     EXPECT_EQ(user.messages.back().caption, "Too many samples");
     EXPECT_FALSE(session.gAnalysis);  // left as it was
-    EXPECT_TRUE(screen->LeftPanel->isVisible());
-    EXPECT_TRUE(screen->flags.UncheckedData);
+    EXPECT_TRUE(Widget("LeftPanel")->isVisible());
+    EXPECT_TRUE(screen->DataUnchecked());
     // The run's end still opens the result commands; they refer to the last finished run,
     // and there is none.
-    EXPECT_TRUE(screen->mnuNulls->isEnabled());
-    screen->mnuNulls->trigger();
+    EXPECT_TRUE(Action("mnuNulls")->isEnabled());
+    Action("mnuNulls")->trigger();
     EXPECT_EQ(endedWith, -1);
 }
 

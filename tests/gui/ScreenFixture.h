@@ -11,6 +11,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSettings>
+#include <QToolButton>
 #include <filesystem>
 #include <fstream>
 
@@ -41,22 +42,36 @@ protected:
         return (folder / name).string();
     }
 
+    // The screen's controls, found by the names the program gives them.
+    template <class Control = QWidget>
+    Control* Widget(const char* name) const {
+        auto* control = screen->findChild<Control*>(name);
+        if (!control) ADD_FAILURE() << "the main screen has no control " << name;
+        return control;
+    }
+    QAction* Action(const char* name) const { return Widget<QAction>(name); }
+    QPushButton* Button(const char* name) const { return Widget<QPushButton>(name); }
+    QLineEdit* Edit(const char* name) const { return Widget<QLineEdit>(name); }
+    QPlainTextEdit* Pane(const char* name) const { return Widget<QPlainTextEdit>(name); }
+    QLabel* Label(const char* name) const { return Widget<QLabel>(name); }
+    QComboBox* Combo(const char* name) const { return Widget<QComboBox>(name); }
+
     // Opens a file through File Open as a user would.
     void Open(const std::string& path) {
         user.openNames.push_back(path);
-        screen->mnuFileOpen->trigger();
+        Action("mnuFileOpen")->trigger();
     }
 
     // Rows picked with Ctrl and the mouse, as the grid sees them when the button comes up.
     void Pick(std::vector<int> rows) {
-        screen->DataGrid1->SetPickedRows(std::move(rows));
-        screen->DataGrid1->onSelectionMouseUp();
+        screen->Grid().SetPickedRows(std::move(rows));
+        screen->Grid().onSelectionMouseUp();
     }
 
     void SetAllMotifs(int listIndex) {
-        screen->RepeatCombo->setCurrentIndex(listIndex);
-        screen->RepeatCombo_Click(listIndex);
-        screen->AllButton_Click();
+        Combo("RepeatCombo")->setCurrentIndex(listIndex);
+        emit Combo("RepeatCombo")->activated(listIndex);
+        Button("AllButton")->click();
     }
 
     // Enabled state of the controls, as a string of 0 and 1 in a fixed order, for readable
@@ -73,18 +88,19 @@ protected:
         }
         return state;
     }
-    QAction* Tool(int position) const { return screen->ToolbarButtons.at(position); }
 
     // The columns of the state tables: save, paste/select all/delete, cut/copy, toggle,
     // close graphs, estimate/compare, analyse data.
     std::string MenuState() const {
-        frmMain& s = *screen;
-        return Enabled({s.mnuSaveAs, Tool(4)}) + " " +
-               Enabled({s.mnuPaste, s.mnuSelectAll, s.mnuDelete, Tool(8)}) + " " +
-               Enabled({s.mnuCut, s.mnuCopy, Tool(6), Tool(7)}) + " " +
-               Enabled({s.mnuToggle, Tool(10)}) + " " + Enabled({Tool(12)}) + " " +
-               Enabled({s.mnuAnalysis, s.mnuNulls, Tool(14), Tool(16)}) + " " +
-               Enabled({s.mnuDisplayGraphs, s.RandButton});
+        return Enabled({Action("mnuSaveAs"), Action("Save")}) + " " +
+               Enabled({Action("mnuPaste"), Action("mnuSelectAll"), Action("mnuDelete"),
+                        Action("Paste")}) +
+               " " + Enabled({Action("mnuCut"), Action("mnuCopy"), Action("Cut"), Action("Copy")}) +
+               " " + Enabled({Action("mnuToggle"), Action("Toggle")}) + " " +
+               Enabled({Action("CloseGraphs")}) + " " +
+               Enabled({Action("mnuAnalysis"), Action("mnuNulls"), Action("Analysis"),
+                        Action("Nulls")}) +
+               " " + Enabled({Action("mnuDisplayGraphs"), Button("RandButton")});
     }
 
     void Grab(const std::string& name) {

@@ -73,7 +73,7 @@ protected:
     frmStudyOverview* StartOverview(const std::string& file) {
         Open(file);
         SetAllMotifs(2);
-        screen->mnuStudyOverview->trigger();
+        Action("mnuStudyOverview")->trigger();
         auto windows = screen->findChildren<frmStudyOverview*>();
         return windows.isEmpty() ? nullptr : windows.back();
     }
@@ -214,7 +214,7 @@ TEST_F(StudyOverviewTest, ExportsTableHeatMapAndReport) {
     // File > Export Report uses the finished overview of the same file.
     const std::filesystem::path report = folder / "report.html";
     user.saveNames = {report.string()};
-    screen->mnuExportReport->trigger();
+    Action("mnuExportReport")->trigger();
     const std::string html = ReadAll(report);
     EXPECT_NE(html.find("Seed</th><td>" + std::to_string(window->Seed())), std::string::npos);
     for (const StudyRow& row : window->Table().Rows())
@@ -227,7 +227,7 @@ TEST_F(StudyOverviewTest, ExportReportRunsTheStudyWhenNoneIsOpen) {
     Open(kThree);
     SetAllMotifs(2);
     user.saveNames = {report.string()};
-    screen->mnuExportReport->trigger();
+    Action("mnuExportReport")->trigger();
     auto windows = screen->findChildren<frmStudyOverview*>();
     ASSERT_EQ(windows.size(), 1);
     ASSERT_TRUE(WaitForRun(windows.back()));
@@ -235,7 +235,7 @@ TEST_F(StudyOverviewTest, ExportReportRunsTheStudyWhenNoneIsOpen) {
 }
 
 TEST_F(StudyOverviewTest, WithoutAFileSaysWhatToDo) {
-    screen->mnuStudyOverview->trigger();
+    Action("mnuStudyOverview")->trigger();
     EXPECT_TRUE(screen->findChildren<frmStudyOverview*>().isEmpty());
     EXPECT_NE(user.LastText().find("Open a data file first"), std::string::npos);
 }

@@ -2,13 +2,17 @@
 #include "population/screens/frmSheetDialog.h"
 #include "tests/gui/ScreenFixture.h"
 
+#include <QComboBox>
+
+#include "population/FileKind.h"
+
 namespace tavrelle {
 namespace {
 
 TEST_F(ScreenTest, WorkbooksOpenThroughTheSheetDialogAndSaveAsXlsx) {
     user.sheetNames.push_back("Sheet1");
     Open(std::string(TAVRELLE_DEMO_FILES) + "/DemoNullAlleles.xls");
-    ASSERT_TRUE(screen->isExcel);
+    ASSERT_TRUE(screen->ReadsWorkbook());
     EXPECT_TRUE(screen->GridVisible());
     EXPECT_EQ(session.gInputData->LocusNames().size(), 8u);
     EXPECT_EQ(session.gInputData->TitleLine(), "");
@@ -16,14 +20,14 @@ TEST_F(ScreenTest, WorkbooksOpenThroughTheSheetDialogAndSaveAsXlsx) {
     // Cancel in the sheet dialog: nothing is loaded and no file is named.
     user.sheetNames.push_back(std::nullopt);
     Open(std::string(TAVRELLE_DEMO_FILES) + "/DemoThreePopulations.xlsx");
-    EXPECT_TRUE(screen->fileLocation.empty());
+    EXPECT_TRUE(screen->FileLocation().empty());
 
     user.sheetNames.push_back("Sheet1");
     Open(std::string(TAVRELLE_DEMO_FILES) + "/DemoThreePopulations.xlsx");
-    EXPECT_TRUE(screen->NextPopButton->isEnabled());
+    EXPECT_TRUE(Button("NextPopButton")->isEnabled());
     const std::string saved = (folder / "copy.xlsx").string();
     user.saveNames.push_back(saved);
-    screen->mnuSaveAs->trigger();
+    Action("mnuSaveAs")->trigger();
     EXPECT_TRUE(std::filesystem::exists(saved));
     EXPECT_NE(user.dialogs.back().filter.find("Excel 2007+ File (*.xlsx)|*.xlsx"),
               std::string::npos);
@@ -51,6 +55,25 @@ TEST(SheetDialog, RefusesAnEmptyName) {
     dialog.SheetText->setText("Data");
     dialog.OKButton_Click();
     EXPECT_EQ(dialog.SheetName(), "Data");
+}
+
+TEST(SheetDialog, OffersTheSheetsOfTheWorkbook) {
+    for (const char* demo : {"/DemoNullAlleles.xls", "/DemoThreePopulations.xlsx"}) {
+        const std::string path = std::string(TAVRELLE_DEMO_FILES) + demo;
+        EXPECT_EQ(MakeExcelSheetReader(KindOfFile(path))->SheetNames(path),
+                  std::vector<std::string>{"Sheet1"})
+            << demo;
+    }
+    // A file that is no workbook offers nothing; opening it says why.
+    EXPECT_TRUE(MakeExcelSheetReader(FileKind::Xlsx)->SheetNames(TAVRELLE_BATCH).empty());
+
+    RecordingPrompter prompter;
+    frmSheetDialog dialog(prompter, {"Data", "Notes"});
+    ASSERT_EQ(dialog.SheetList->count(), 2);
+    EXPECT_EQ(dialog.SheetText->text(), "Sheet1");
+    dialog.SheetList->setCurrentIndex(1);
+    dialog.OKButton_Click();
+    EXPECT_EQ(dialog.SheetName(), "Notes");
 }
 
 }  // namespace

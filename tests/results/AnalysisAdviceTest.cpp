@@ -18,8 +18,8 @@ const char* const kPrimers[] = {"Primers developed for other species were not us
 const char* const kStored[] = {
     "Samples stored in ethanol or cold storage that may have degraded were not used.",
     "Samples stored in ethanol or cold storage that may have degraded were used.",
-    "It is not known if samples stored in ethanol or cold storage that may have degraded were "
-    "used.",
+    ("It is not known if samples stored in ethanol or cold storage that may have degraded were "
+     "used."),
     ""};
 
 TEST(AnalysisAdviceTest, StatementsForEveryAnswer) {

@@ -12,7 +12,8 @@ frmAllNulls::frmAllNulls(QWidget* parent) : QDialog(parent) {
     setWindowTitle("Summary Statistics Null Allele Estimates");
     NullTextBox = new QPlainTextEdit(this);
     NullTextBox->setReadOnly(true);
-    NullTextBox->setLineWrapMode(QPlainTextEdit::NoWrap);
+    // The conclusion under the table is a long sentence: it wraps at the window's edge.
+    NullTextBox->setLineWrapMode(QPlainTextEdit::WidgetWidth);
     NullTextBox->setTabStopDistance(48);
     HelpButton = new QPushButton("&More Info", this);
     CloseButton = new QPushButton("&Close", this);

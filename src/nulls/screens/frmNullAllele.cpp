@@ -1,13 +1,45 @@
 #include "nulls/screens/frmNullAllele.h"
 
+#include <QFontMetricsF>
 #include <QGridLayout>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTextDocument>
+#include <QTextOption>
+#include <algorithm>
 
 #include "widgets/ShownText.h"
 
 namespace tavrelle {
+
+namespace {
+
+// The table's rows put two tabs between their values and its heading one between its words, so
+// every column needs a stop of its own plus one between: after the widest value, before the
+// end of the column's heading, so that a value's second tab and the heading's one tab both reach
+// the next column.
+QTextOption TableTabs(const QFont& font) {
+    const QFontMetricsF metrics(font);
+    const double value = metrics.horizontalAdvance("-0.0000");
+    const double gap = metrics.horizontalAdvance("   ");
+    QList<QTextOption::Tab> tabs;
+    double column = 0;
+    for (const char* heading :
+         {"Class", "Obs. allele freq.", "Velmaret", "Chakraborty", "Brookfield 1"}) {
+        const double width = std::max(value, metrics.horizontalAdvance(heading));
+        if (tabs.size() > 0)
+            tabs.append(QTextOption::Tab(column + (value + width) / 2, QTextOption::LeftTab));
+        column += width + gap;
+        tabs.append(QTextOption::Tab(column, QTextOption::LeftTab));
+    }
+    QTextOption option;
+    option.setTabs(tabs);
+    option.setWrapMode(QTextOption::NoWrap);
+    return option;
+}
+
+}  // namespace
 
 frmNullAllele::frmNullAllele(const AlleleAnalysis& analysis, QWidget* parent) : QDialog(parent) {
     setWindowTitle("Estimated Allele Frequencies");
@@ -20,7 +52,7 @@ frmNullAllele::frmNullAllele(const AlleleAnalysis& analysis, QWidget* parent) : 
     NullText = new QPlainTextEdit(this);
     NullText->setReadOnly(true);
     NullText->setLineWrapMode(QPlainTextEdit::NoWrap);
-    NullText->setTabStopDistance(48);
+    NullText->document()->setDefaultTextOption(TableTabs(NullText->font()));
     DisplayGenosButton = new QPushButton("&Display Genotypes", this);
     PrevButton = new QPushButton("< &Previous", this);
     NextButton = new QPushButton("&Next >", this);

@@ -1,5 +1,6 @@
 #include "population/screens/frmSheetDialog.h"
 
+#include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -15,17 +16,24 @@ QString Text(std::string_view text) {
 }
 }  // namespace
 
-frmSheetDialog::frmSheetDialog(Prompter& prompter, QWidget* parent)
+frmSheetDialog::frmSheetDialog(Prompter& prompter, const std::vector<std::string>& sheetNames,
+                               QWidget* parent)
     : QDialog(parent), prompter_(prompter) {
     setWindowTitle(Text(kSheetDialogCaption));
     SheetLabel = new QLabel(Text(kSheetLabel), this);
-    SheetText = new QLineEdit(Text(kDefaultSheetName), this);
+    SheetList = new QComboBox(this);
+    SheetList->setEditable(true);
+    SheetList->setInsertPolicy(QComboBox::NoInsert);
+    for (const std::string& name : sheetNames)
+        SheetList->addItem(QString::fromStdString(name));
+    SheetText = SheetList->lineEdit();
+    SheetText->setText(Text(kDefaultSheetName));
     OKButton = new QPushButton("OK", this);
     OKButton->setDefault(true);
     CancelButton = new QPushButton("Cancel", this);
     auto* layout = new QGridLayout(this);
     layout->addWidget(SheetLabel, 0, 0, 1, 3);
-    layout->addWidget(SheetText, 1, 0, 1, 3);
+    layout->addWidget(SheetList, 1, 0, 1, 3);
     layout->addWidget(OKButton, 2, 1);
     layout->addWidget(CancelButton, 2, 2);
     connect(OKButton, &QPushButton::clicked, this, &frmSheetDialog::OKButton_Click);

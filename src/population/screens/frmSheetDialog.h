@@ -2,9 +2,11 @@
 
 #include <QDialog>
 #include <string>
+#include <vector>
 
 #include "base/Prompter.h"
 
+class QComboBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -15,7 +17,10 @@ namespace tavrelle {
 class frmSheetDialog : public QDialog {
     Q_OBJECT
 public:
-    explicit frmSheetDialog(Prompter& prompter, QWidget* parent = nullptr);
+    // The workbook's sheet names, when known, are offered to pick from; a name can still be
+    // typed.
+    explicit frmSheetDialog(Prompter& prompter, const std::vector<std::string>& sheetNames = {},
+                            QWidget* parent = nullptr);
 
     // The sheet to read; empty after Cancel.
     const std::string& SheetName() const { return sheetName_; }
@@ -23,6 +28,7 @@ public:
     void OKButton_Click();
 
     QLabel* SheetLabel;
+    QComboBox* SheetList;  // the names offered, with SheetText as its editor
     QLineEdit* SheetText;
     QPushButton *OKButton, *CancelButton;
 
