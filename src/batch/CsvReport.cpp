@@ -1,8 +1,7 @@
-#include <charconv>
-#include <cmath>
 #include <functional>
 #include <sstream>
 
+#include "base/CsvText.h"
 #include "base/Numbers.h"
 #include "batch/BatchReport.h"
 
@@ -11,23 +10,6 @@ namespace tavrelle {
 namespace {
 
 const char* const kConfidenceNames[] = {"95", "99", "100", "bonferroni"};
-
-// A field quoted when it holds a separator, a quote or a line break.
-std::string Field(const std::string& text) {
-    if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
-    std::string quoted = "\"";
-    for (char c : text)
-        quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
-    return quoted + "\"";
-}
-
-// Shortest text that reads back to the same double; an empty field for a missing number.
-std::string Number(double value) {
-    if (!std::isfinite(value)) return "";
-    char buffer[32];
-    auto [end, ec] = std::to_chars(buffer, buffer + sizeof buffer, value);
-    return std::string(buffer, end);
-}
 
 // One convention for every yes/no column, read as logical by R and as bool by pandas.
 std::string Flag(bool value) {
@@ -42,16 +24,16 @@ struct LocusColumn {
 
 std::string Total(const LocusResult& l, std::size_t i) {
     const bool computed = static_cast<std::size_t>(l.binomial.totalsComputed) > i;
-    return computed ? Number(l.binomial.homozygoteTotals[i]) : "";
+    return computed ? ShortestNumber(l.binomial.homozygoteTotals[i]) : "";
 }
 
 // The estimates of the null allele frequency, one column each; a new estimate is one more row.
 const std::vector<LocusColumn>& EstimateColumns() {
     static const std::vector<LocusColumn> columns = {
-        {"velmaret", [](const LocusResult& l) { return Number(l.nulls.estimates[0]); }},
-        {"chakraborty", [](const LocusResult& l) { return Number(l.nulls.estimates[1]); }},
-        {"brookfield1", [](const LocusResult& l) { return Number(l.nulls.estimates[2]); }},
-        {"brookfield2", [](const LocusResult& l) { return Number(l.nulls.estimates[3]); }},
+        {"velmaret", [](const LocusResult& l) { return ShortestNumber(l.nulls.estimates[0]); }},
+        {"chakraborty", [](const LocusResult& l) { return ShortestNumber(l.nulls.estimates[1]); }},
+        {"brookfield1", [](const LocusResult& l) { return ShortestNumber(l.nulls.estimates[2]); }},
+        {"brookfield2", [](const LocusResult& l) { return ShortestNumber(l.nulls.estimates[3]); }},
     };
     return columns;
 }
@@ -60,7 +42,7 @@ const std::vector<LocusColumn>& LocusColumns() {
     using L = const LocusResult&;
     static const std::vector<LocusColumn> columns = [] {
         std::vector<LocusColumn> c = {
-            {"locus", [](L l) { return Field(l.name); }},
+            {"locus", [](L l) { return CsvField(l.name); }},
             {"repeat", [](L l) { return std::to_string(l.repeat); }},
             {"lowest", [](L l) { return std::to_string(l.lowest); }},
             {"highest", [](L l) { return std::to_string(l.highest); }},
@@ -70,7 +52,7 @@ const std::vector<LocusColumn>& LocusColumns() {
             {"expected_homozygotes", [](L l) { return Total(l, 1); }},
             {"homozygote_chi_square", [](L l) { return Total(l, 2); }},
             {"combined_probability",
-             [](L l) { return Field(l.binomial.combinedProbabilityLabel); }},
+             [](L l) { return CsvField(l.binomial.combinedProbabilityLabel); }},
             {"combined_significant", [](L l) { return Flag(l.binomial.combinedSignificant); }},
             {"homozygote_excess", [](L l) { return Flag(l.decisions.homozygoteExcess); }},
             {"class_wide_excess", [](L l) { return Flag(l.decisions.classWideExcess); }},
@@ -99,22 +81,24 @@ const std::vector<LikelihoodColumn>& LikelihoodColumns() {
     static const std::vector<LikelihoodColumn> columns = [] {
         std::vector<LikelihoodColumn> c;
         for (std::size_t e = kEm; e < kEstimateCount; ++e)
-            c.push_back({kEstimateKeys[e],
-                         [e](P p, std::size_t l) { return Number(p.loci.at(l).estimates[e]); }});
+            c.push_back({kEstimateKeys[e], [e](P p, std::size_t l) {
+                             return ShortestNumber(p.loci.at(l).estimates[e]);
+                         }});
         for (std::size_t e = 0; e < kEstimateCount; ++e) {
             const std::string key = kEstimateKeys[e];
             c.push_back({key + "_low", [e](P p, std::size_t l) {
-                             return Number(p.loci.at(l).intervals[e].low);
+                             return ShortestNumber(p.loci.at(l).intervals[e].low);
                          }});
             c.push_back({key + "_high", [e](P p, std::size_t l) {
-                             return Number(p.loci.at(l).intervals[e].high);
+                             return ShortestNumber(p.loci.at(l).intervals[e].high);
                          }});
         }
-        c.push_back({"inbreeding_f", [](P p, std::size_t) { return Number(p.inbreeding.f); }});
+        c.push_back(
+            {"inbreeding_f", [](P p, std::size_t) { return ShortestNumber(p.inbreeding.f); }});
         c.push_back({"inbreeding_f_low",
-                     [](P p, std::size_t) { return Number(p.inbreeding.interval.low); }});
+                     [](P p, std::size_t) { return ShortestNumber(p.inbreeding.interval.low); }});
         c.push_back({"inbreeding_f_high",
-                     [](P p, std::size_t) { return Number(p.inbreeding.interval.high); }});
+                     [](P p, std::size_t) { return ShortestNumber(p.inbreeding.interval.high); }});
         c.push_back({"inbreeding_model", [](P p, std::size_t) {
                          return std::string(
                              kNestedModelNames[static_cast<std::size_t>(p.inbreeding.model)]);
@@ -128,7 +112,7 @@ class CsvReportStream : public ReportStream {
 public:
     std::string Begin(const BatchHeader& header) override {
         // What every row of the file repeats, so that files from several runs stack.
-        runFields_ = Field(header.file) + ',' + std::to_string(header.seed) + ',' +
+        runFields_ = CsvField(header.file) + ',' + std::to_string(header.seed) + ',' +
                      std::to_string(header.randomisations) + ',' +
                      kConfidenceNames[header.confidenceCode] + ',' +
                      std::to_string(header.maxAlleleSize);
@@ -144,9 +128,9 @@ public:
 
     std::string Population(const PopulationResult& p) override {
         const std::string populationFields = runFields_ + ',' + std::to_string(p.number) + ',' +
-                                             Field(p.name) + ',' + std::to_string(p.samples) + ',' +
-                                             (p.Analysed() ? "analysed" : "stopped") + ',' +
-                                             Field(p.error ? Reason(p) : "") + ',' +
+                                             CsvField(p.name) + ',' + std::to_string(p.samples) +
+                                             ',' + (p.Analysed() ? "analysed" : "stopped") + ',' +
+                                             CsvField(p.error ? Reason(p) : "") + ',' +
                                              std::to_string(p.SuspectCount()) + ',' + p.action;
         std::ostringstream out;
         const bool anyLocus = p.analysis && !p.analysis->Loci().empty();

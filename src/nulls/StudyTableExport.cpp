@@ -1,8 +1,8 @@
 #include "nulls/StudyTableExport.h"
 
 #include <cctype>
-#include <charconv>
 
+#include "base/CsvText.h"
 #include "population/XlsxWriter.h"
 
 namespace tavrelle {
@@ -19,21 +19,7 @@ std::string Lower(std::string text) {
     return text;
 }
 
-std::string CsvField(const std::string& text) {
-    if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
-    std::string quoted = "\"";
-    for (char c : text)
-        quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
-    return quoted + "\"";
-}
-
 }  // namespace
-
-std::string ShortestNumber(double value) {
-    char buffer[32];
-    auto [end, ec] = std::to_chars(buffer, buffer + sizeof buffer, value);
-    return std::string(buffer, end);
-}
 
 std::vector<std::vector<std::string>> StudyTableLines(const StudyTable& table) {
     std::vector<std::vector<std::string>> lines;

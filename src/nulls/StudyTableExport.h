@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "base/CsvText.h"
 #include "nulls/StudyTable.h"
 
 namespace tavrelle {
@@ -17,8 +18,5 @@ std::string StudyTableCsv(const StudyTable& table);
 // The same lines as an .xlsx workbook's bytes, numbers stored as numbers. Throws ProgramError
 // when the library fails.
 std::string StudyTableXlsx(const StudyTable& table);
-
-// Shortest text that reads back to the same double.
-std::string ShortestNumber(double value);
 
 }  // namespace tavrelle

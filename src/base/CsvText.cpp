@@ -1,0 +1,23 @@
+#include "base/CsvText.h"
+
+#include <charconv>
+#include <cmath>
+
+namespace tavrelle {
+
+std::string CsvField(const std::string& text) {
+    if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
+    std::string quoted = "\"";
+    for (char c : text)
+        quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
+    return quoted + "\"";
+}
+
+std::string ShortestNumber(double value) {
+    if (!std::isfinite(value)) return "";
+    char buffer[32];
+    auto [end, ec] = std::to_chars(buffer, buffer + sizeof buffer, value);
+    return std::string(buffer, end);
+}
+
+}  // namespace tavrelle
