@@ -4,6 +4,7 @@
 #include <cmath>
 #include <thread>
 
+#include "base/CpuCount.h"
 #include "base/Numbers.h"
 #include "nulls/NullAlleleEm.h"
 #include "nulls/NullAlleleEstimates.h"
@@ -90,7 +91,7 @@ PopulationEstimates EstimateNullAllelesAndInbreeding(const std::vector<std::stri
         }
     };
     const std::size_t cores =
-        settings.threads > 0 ? settings.threads : std::max(1U, std::thread::hardware_concurrency());
+        settings.threads > 0 ? settings.threads : static_cast<std::size_t>(AvailableCpuCount());
     const std::size_t threads = std::max<std::size_t>(1, std::min(cores, replicates));
     std::vector<std::thread> pool;
     for (std::size_t t = 1; t < threads; ++t)

@@ -1,7 +1,5 @@
 #include "nulls/StudyRun.h"
 
-#include <sched.h>
-
 #include <algorithm>
 #include <condition_variable>
 #include <exception>
@@ -9,6 +7,7 @@
 #include <optional>
 #include <thread>
 
+#include "base/CpuCount.h"
 #include "base/Numbers.h"
 #include "checking/PopulationCheck.h"
 #include "checking/SuspectValues.h"
@@ -209,13 +208,6 @@ PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const Study
     }
     result.messages = prompter.messages;
     return result;
-}
-
-int AvailableCpuCount() {
-    cpu_set_t set;
-    CPU_ZERO(&set);
-    if (sched_getaffinity(0, sizeof set, &set) == 0) return std::max(1, CPU_COUNT(&set));
-    return static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
 }
 
 void RunStudy(std::vector<StudyPopulation>& populations, const StudySettings& settings,

@@ -5,6 +5,7 @@
 #include <functional>
 #include <vector>
 
+#include "base/CpuCount.h"
 #include "nulls/PopulationResult.h"
 #include "nulls/StudySettings.h"
 
@@ -24,9 +25,6 @@ inline constexpr std::int64_t kMostSamples = 32767;
 // `threaded` draws the random numbers on a second thread.
 PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const StudySettings& settings,
                                         bool threaded);
-
-// The CPUs this process may run on (its affinity), at least 1.
-int AvailableCpuCount();
 
 // Analyses the populations in parallel, each on its own, and hands each result to `deliver` in
 // file order as soon as it and those before it are done, so that a caller that writes and drops
