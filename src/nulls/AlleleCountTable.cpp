@@ -1,15 +1,32 @@
 #include "nulls/AlleleCountTable.h"
 
-#include <span>
-
-#include "analysis/ShellSort.h"
+#include <algorithm>
+#include <array>
 
 namespace tavrelle {
 
+namespace {
+constexpr int kCountedSpan = 1024;
+}  // namespace
+
 AlleleCountRows AlleleCountTable(const std::vector<Int16>& list) {
     AlleleCountRows table;
+    if (list.empty()) return table;
+    const auto [low, high] = std::minmax_element(list.begin(), list.end());
+    const int span = *high - *low + 1;
+    if (span <= kCountedSpan) {
+        // Allele sizes lie close together: counting is faster than sorting.
+        std::array<int, kCountedSpan> counts{};
+        for (Int16 value : list)
+            ++counts[static_cast<std::size_t>(value - *low)];
+        for (int offset = 0; offset < span; ++offset)
+            if (counts[static_cast<std::size_t>(offset)] > 0)
+                table.push_back({Narrow16(*low + offset),
+                                 Narrow16(counts[static_cast<std::size_t>(offset)])});
+        return table;
+    }
     std::vector<Int16> sorted = list;
-    ShellSort(std::span<Int16>(sorted), [](Int16 v) { return v; });
+    std::sort(sorted.begin(), sorted.end());
     for (Int16 value : sorted) {
         if (table.empty() || table.back().allele != value) table.push_back({value, 0});
         table.back().count = Narrow16(table.back().count + 1);

@@ -39,25 +39,34 @@ std::array<double, 4> PrescribedEstimates(const CodedLocus& locus,
     }
 }
 
+// The whole sample's estimates fill `joint`; a replicate's joint fit starts from `sample`.
 SampleEstimates Estimate(const std::vector<CodedLocus>& loci, const std::vector<int>& multiplicity,
-                         JointFit* joint) {
+                         JointFit* joint, const ModelFit* sample = nullptr) {
     SampleEstimates result;
     std::vector<LocusGenotypeTally> tallies;
-    for (const CodedLocus& locus : loci) {
+    for (const CodedLocus& locus : loci)
         tallies.push_back(TallyLocus(locus, multiplicity));
+    const ModelFit em = FitModel(tallies, {.nulls = true, .inbreeding = false});
+    for (std::size_t l = 0; l < loci.size(); ++l) {
+        const LocusGenotypeTally& tally = tallies[l];
         std::array<double, kEstimateCount> e{};
-        const std::array<double, 4> prescribed = PrescribedEstimates(locus, multiplicity);
+        const std::array<double, 4> prescribed = PrescribedEstimates(loci[l], multiplicity);
         std::copy(prescribed.begin(), prescribed.end(), e.begin());
-        e[kEm] = EmNullFrequency(tallies.back());
-        e[kEmMissing] = EmMissingNullFrequency(tallies.back());
+        e[kEm] = tally.Individuals() > 0 ? em.nulls[l] : kNoValue;
+        // Without blanks the two models are one.
+        e[kEmMissing] = tally.blanks > 0 ? EmMissingNullFrequency(tally) : e[kEm];
         result.loci.push_back(e);
     }
     ModelFit both;
     if (joint) {
         *joint = FitJointModel(tallies);
         both = joint->both;
+    } else if (sample->f == 0 && !InbreedingWouldRise(tallies, em)) {
+        // The sample's F lies on the boundary, and so does this replicate's: with F = 0 the
+        // joint model is the loci's own Hardy-Weinberg fits.
+        both = em;
     } else {
-        both = FitModel(tallies, {});
+        both = FitModel(tallies, {}, sample);
     }
     result.f = both.f;
     for (std::size_t l = 0; l < loci.size(); ++l)
@@ -83,7 +92,7 @@ PopulationEstimates EstimateNullAllelesAndInbreeding(const std::vector<std::stri
         std::vector<int> multiplicity(individuals);
         for (std::size_t r = from; r < to; ++r) {
             BootstrapSampler(settings.seed, r).Draw(multiplicity);
-            const SampleEstimates sample = Estimate(loci, multiplicity, nullptr);
+            const SampleEstimates sample = Estimate(loci, multiplicity, nullptr, &joint.both);
             for (std::size_t l = 0; l < loci.size(); ++l)
                 for (std::size_t e = 0; e < kEstimateCount; ++e)
                     drawn[l * kEstimateCount + e][r] = sample.loci[l][e];

@@ -11,6 +11,11 @@ namespace {
 constexpr double kTolerance = 1e-10;
 constexpr double kStart = 0.05;
 constexpr int kMaxIterations = 200000;
+constexpr double kPin = 1e-7;    // a boundary coordinate below this is taken to be 0
+constexpr double kProbe = 1e-9;  // how far from 0 a held coordinate is probed
+constexpr double kProbeMargin = 1e-9;  // a rise smaller than this is rounding
+constexpr int kMaxReleases = 2;
+constexpr double kWarmFloor = 0.01;  // the least F or p_n a fit started from another begins at  // after that, a coordinate is left to EM alone
 
 // The parameters as one vector, for the extrapolation: F first, then per locus its visible
 // alleles and its null allele.
@@ -25,6 +30,12 @@ public:
         size_ = at;
     }
     std::size_t Size() const { return size_; }
+    // Block 0 is F; block l + 1 is locus l's frequencies, null allele last.
+    std::size_t Blocks() const { return offsets_.size() + 1; }
+    std::size_t BlockBegin(std::size_t block) const { return block == 0 ? 0 : offsets_[block - 1]; }
+    std::size_t BlockEnd(std::size_t block) const {
+        return block < offsets_.size() ? offsets_[block] : size_;
+    }
     std::size_t Visible(std::size_t locus) const { return offsets_[locus]; }
     std::size_t Null(std::size_t locus, const LocusGenotypeTally& tally) const {
         return offsets_[locus] + tally.alleles.size();
@@ -39,13 +50,16 @@ double LogOf(double count, double probability) {
     return count > 0 ? count * std::log(probability) : 0.0;
 }
 
-double LocusLogLikelihood(const LocusGenotypeTally& t, double f, const double* p, double pn) {
+// With `blanks` false the blanks are left aside: a model without null alleles has no
+// probability for them.
+double LocusLogLikelihood(const LocusGenotypeTally& t, double f, const double* p, double pn,
+                          bool blanks = true) {
     double sum = LogOf(t.heterozygotes, 2 * (1 - f));
     for (std::size_t i = 0; i < t.alleles.size(); ++i) {
         sum += LogOf(t.heterozygousCopies[i], p[i]);
         sum += LogOf(t.homozygotes[i], f * p[i] + (1 - f) * (p[i] * p[i] + 2 * p[i] * pn));
     }
-    if (t.blanks > 0)
+    if (blanks && t.blanks > 0)
         sum += pn > 0 ? LogOf(t.blanks, f * pn + (1 - f) * pn * pn)
                       : -std::numeric_limits<double>::infinity();
     return sum;
@@ -54,7 +68,38 @@ double LocusLogLikelihood(const LocusGenotypeTally& t, double f, const double* p
 class Fitter {
 public:
     Fitter(const std::vector<LocusGenotypeTally>& loci, ModelTerms terms)
-        : loci_(loci), terms_(terms), layout_(loci) {}
+        : loci_(loci), terms_(terms), layout_(loci), boundary_(Boundary()) {}
+
+    // The parameters of an earlier fit of the same loci and terms as a start. F, and a null
+    // allele that fit put at 0, start from 0.01, so that EM finds out afresh which side of the
+    // boundary this sample's maximum lies on.
+    std::vector<double> From(const ModelFit& fit) const {
+        std::vector<double> theta(layout_.Size(), 0.0);
+        theta[0] = terms_.inbreeding ? std::max(fit.f, kWarmFloor) : 0.0;
+        for (std::size_t l = 0; l < loci_.size(); ++l) {
+            const bool free = terms_.nulls && loci_[l].Individuals() > 0;
+            const double pn = free ? std::max(fit.nulls[l], kWarmFloor) : 0.0;
+            const double scale = (1 - pn) / (1 - (terms_.nulls ? fit.nulls[l] : 0.0));
+            for (std::size_t i = 0; i < fit.visible[l].size(); ++i)
+                theta[layout_.Visible(l) + i] = fit.visible[l][i] * scale;
+            theta[layout_.Null(l, loci_[l])] = pn;
+        }
+        return theta;
+    }
+
+    // Whether EM raises F from just above 0 at the given fit with F = 0.
+    bool Rises(const ModelFit& atZero) const {
+        std::vector<double> theta(layout_.Size(), 0.0);
+        for (std::size_t l = 0; l < loci_.size(); ++l) {
+            std::copy(atZero.visible[l].begin(), atZero.visible[l].end(),
+                      theta.begin() + static_cast<std::ptrdiff_t>(layout_.Visible(l)));
+            theta[layout_.Null(l, loci_[l])] = atZero.nulls[l];
+        }
+        theta[0] = kProbe;
+        std::vector<double> next(theta.size());
+        Step(theta, next);
+        return next[0] > kProbe * (1 + kProbeMargin);
+    }
 
     std::vector<double> Start() const {
         std::vector<double> theta(layout_.Size(), 0.0);
@@ -129,12 +174,11 @@ public:
     // Log-likelihood of theta with blanks left aside where the model has no null allele, so
     // that the acceleration can compare finite values.
     double Objective(const std::vector<double>& theta) const {
-        if (terms_.nulls) return Likelihood(theta);
         double sum = 0;
         for (std::size_t l = 0; l < loci_.size(); ++l) {
-            LocusGenotypeTally t = loci_[l];
-            t.blanks = 0;
-            sum += LocusLogLikelihood(t, theta[0], &theta[layout_.Visible(l)], 0.0);
+            const LocusGenotypeTally& t = loci_[l];
+            sum += LocusLogLikelihood(t, theta[0], &theta[layout_.Visible(l)],
+                                      theta[layout_.Null(l, t)], terms_.nulls);
         }
         return sum;
     }
@@ -144,58 +188,19 @@ public:
         return std::all_of(theta.begin() + 1, theta.end(), [](double x) { return x >= 0; });
     }
 
-    ModelFit Fit() const {
-        std::vector<double> theta = Start();
-        std::vector<double> one(theta.size());
-        std::vector<double> two(theta.size());
-        std::vector<double> jump(theta.size());
-        ModelFit fit;
+    ModelFit Fit(std::vector<double> theta) const {
+        std::vector<int> releases(theta.size(), 0);
+        Scratch scratch(theta.size(), layout_.Blocks());
+        PinBoundary(theta, releases);
         double objective = Objective(theta);
+        ModelFit fit;
         while (fit.iterations < kMaxIterations) {
-            Step(theta, one);
-            ++fit.iterations;
-            if (Moved(theta, one) <= kTolerance) {
-                theta.swap(one);
-                fit.converged = true;
-                break;
-            }
-            Step(one, two);
-            ++fit.iterations;
-            if (Moved(one, two) <= kTolerance) {
-                theta.swap(two);
-                fit.converged = true;
-                break;
-            }
-            double rr = 0;
-            double vv = 0;
-            for (std::size_t k = 0; k < theta.size(); ++k) {
-                const double r = one[k] - theta[k];
-                const double v = two[k] - 2 * one[k] + theta[k];
-                rr += r * r;
-                vv += v * v;
-            }
-            double alpha = vv > 0 ? -std::sqrt(rr / vv) : -1.0;
-            alpha = std::min(alpha, -1.0);
-            bool accepted = false;
-            for (int tries = 0; tries < 8 && alpha < -1.0 && !accepted; ++tries) {
-                for (std::size_t k = 0; k < theta.size(); ++k)
-                    jump[k] = theta[k] - 2 * alpha * (one[k] - theta[k]) +
-                              alpha * alpha * (two[k] - 2 * one[k] + theta[k]);
-                if (Inside(jump)) {
-                    Step(jump, one);  // the stabilising step: EM from the extrapolated point
-                    ++fit.iterations;
-                    const double reached = Objective(one);
-                    if (Inside(one) && reached >= objective) {
-                        theta.swap(one);
-                        objective = reached;
-                        accepted = true;
-                    }
-                }
-                alpha = (alpha - 1) / 2;
-            }
-            if (!accepted) {
-                theta.swap(two);
+            if (!Cycle(theta, objective, releases, scratch, fit.iterations)) continue;
+            if (Release(theta, releases)) {
                 objective = Objective(theta);
+            } else {
+                fit.converged = true;
+                break;
             }
         }
         fit.f = theta[0];
@@ -210,6 +215,120 @@ public:
     }
 
 private:
+    struct Scratch {
+        Scratch(std::size_t size, std::size_t blocks)
+            : one(size), two(size), jump(size), alpha(blocks) {}
+        std::vector<double> one;
+        std::vector<double> two;
+        std::vector<double> jump;
+        std::vector<double> alpha;
+    };
+
+    // The coordinates whose maximum may lie on the boundary 0: F, and the null allele of a locus
+    // without blanks (with blanks, p_n = 0 is impossible).
+    std::vector<std::size_t> Boundary() const {
+        std::vector<std::size_t> coordinates;
+        if (terms_.inbreeding) coordinates.push_back(0);
+        if (terms_.nulls)
+            for (std::size_t l = 0; l < loci_.size(); ++l)
+                if (loci_[l].blanks == 0 && loci_[l].Individuals() > 0)
+                    coordinates.push_back(layout_.Null(l, loci_[l]));
+        return coordinates;
+    }
+
+    // One squared-extrapolation cycle from theta; true when EM no longer moves it. EM creeps
+    // towards a maximum on the boundary (ever more slowly as the slope there flattens), so a
+    // boundary coordinate that an extrapolation carries below 0, or that falls below 1e-12, is
+    // set to 0, where EM holds it; Release() checks afterwards that 0 is right.
+    bool Cycle(std::vector<double>& theta, double& objective, const std::vector<int>& releases,
+               Scratch& scratch, int& iterations) const {
+        std::vector<double>& one = scratch.one;
+        std::vector<double>& two = scratch.two;
+        std::vector<double>& jump = scratch.jump;
+        Step(theta, one);
+        ++iterations;
+        if (Moved(theta, one) <= kTolerance) {
+            theta.swap(one);
+            return true;
+        }
+        Step(one, two);
+        ++iterations;
+        if (Moved(one, two) <= kTolerance) {
+            theta.swap(two);
+            return true;
+        }
+        // Each locus, and F, converges at its own pace, so each gets its own step length.
+        std::vector<double>& alpha = scratch.alpha;
+        for (std::size_t b = 0; b < alpha.size(); ++b) {
+            double rr = 0;
+            double vv = 0;
+            for (std::size_t k = layout_.BlockBegin(b); k < layout_.BlockEnd(b); ++k) {
+                const double r = one[k] - theta[k];
+                const double v = two[k] - 2 * one[k] + theta[k];
+                rr += r * r;
+                vv += v * v;
+            }
+            alpha[b] = vv > 0 ? std::min(-std::sqrt(rr / vv), -1.0) : -1.0;
+        }
+        for (int tries = 0; tries < 8; ++tries) {
+            bool extrapolates = false;
+            for (std::size_t b = 0; b < alpha.size(); ++b) {
+                const double a = alpha[b];
+                extrapolates = extrapolates || a < -1.0;
+                for (std::size_t k = layout_.BlockBegin(b); k < layout_.BlockEnd(b); ++k)
+                    jump[k] = theta[k] - 2 * a * (one[k] - theta[k]) +
+                              a * a * (two[k] - 2 * one[k] + theta[k]);
+                alpha[b] = (a - 1) / 2;
+            }
+            if (!extrapolates) break;
+            PinBoundary(jump, releases);
+            if (!Inside(jump)) continue;
+            Step(jump, one);  // the stabilising step: EM from the extrapolated point
+            ++iterations;
+            if (!Inside(one)) continue;
+            const double reached = Objective(one);
+            if (reached >= objective) {
+                theta.swap(one);
+                objective = reached;
+                return false;
+            }
+        }
+        theta.swap(two);
+        PinBoundary(theta, releases);
+        objective = Objective(theta);
+        return false;
+    }
+
+    void PinBoundary(std::vector<double>& theta, const std::vector<int>& releases) const {
+        for (std::size_t k : boundary_)
+            if (theta[k] < kPin && releases[k] < kMaxReleases) theta[k] = 0;
+    }
+
+    // At a maximum on the boundary the likelihood falls as a coordinate held at 0 rises; EM
+    // tells which way it goes, since from a small value it moves that coordinate up exactly
+    // when the likelihood rises that way. A coordinate that EM would raise is set free again,
+    // from the start value. Returns whether any was.
+    bool Release(std::vector<double>& theta, std::vector<int>& releases) const {
+        std::vector<double> probe = theta;
+        std::vector<std::size_t> held;
+        for (std::size_t k : boundary_)
+            if (theta[k] == 0) {
+                held.push_back(k);
+                probe[k] = kProbe;
+            }
+        if (held.empty()) return false;
+        std::vector<double> next(theta.size());
+        Step(probe, next);
+        bool released = false;
+        for (std::size_t k : held)
+            if (next[k] > kProbe * (1 + kProbeMargin)) {
+                theta[k] = kStart;
+                ++releases[k];
+                released = true;
+            }
+        return released;
+    }
+
     static double Moved(const std::vector<double>& a, const std::vector<double>& b) {
         double most = 0;
         for (std::size_t k = 0; k < a.size(); ++k)
@@ -220,17 +339,42 @@ private:
     const std::vector<LocusGenotypeTally>& loci_;
     ModelTerms terms_;
     Layout layout_;
+    std::vector<std::size_t> boundary_;
 };
 
 // Below the EM's precision a frequency is reported as 0: the fit stands on the boundary.
 constexpr double kBoundary = 1e-9;
+
+// Under Hardy-Weinberg, without blanks, the log-likelihood is concave and the observed allele
+// frequencies maximise it with p_n = 0. That is its maximum exactly when the slope towards the
+// null allele there, sum of 2 h_i / p_i over the apparent homozygotes h_i, is no steeper than
+// the slope 2N towards any visible allele (N scored individuals). Then no iteration is needed.
+bool NullFreeMaximum(const LocusGenotypeTally& t, std::vector<double>& frequencies) {
+    const double scored = t.Scored();
+    if (t.blanks > 0 || scored <= 0) return false;
+    double slope = 0;
+    frequencies.assign(t.alleles.size(), 0.0);
+    for (std::size_t i = 0; i < t.alleles.size(); ++i) {
+        frequencies[i] = (2 * t.homozygotes[i] + t.heterozygousCopies[i]) / (2 * scored);
+        if (t.homozygotes[i] > 0) slope += t.homozygotes[i] / frequencies[i];
+    }
+    return slope <= scored;
+}
 
 // With F fixed at 0 the loci are independent, and each converges at its own pace.
 ModelFit FitLociApart(const std::vector<LocusGenotypeTally>& loci, bool nulls) {
     ModelFit fit;
     fit.converged = true;
     for (const LocusGenotypeTally& locus : loci) {
-        ModelFit one = Fitter({locus}, {.nulls = nulls, .inbreeding = false}).Fit();
+        std::vector<double> frequencies;
+        if (nulls && NullFreeMaximum(locus, frequencies)) {
+            fit.visible.push_back(std::move(frequencies));
+            fit.nulls.push_back(0.0);
+            continue;
+        }
+        const std::vector<LocusGenotypeTally> alone = {locus};
+        const Fitter fitter(alone, {.nulls = nulls, .inbreeding = false});
+        ModelFit one = fitter.Fit(fitter.Start());
         fit.visible.push_back(std::move(one.visible[0]));
         fit.nulls.push_back(one.nulls[0] < kBoundary ? 0.0 : one.nulls[0]);
         fit.iterations += one.iterations;
@@ -242,16 +386,22 @@ ModelFit FitLociApart(const std::vector<LocusGenotypeTally>& loci, bool nulls) {
 
 }  // namespace
 
-ModelFit FitModel(const std::vector<LocusGenotypeTally>& loci, ModelTerms terms) {
+ModelFit FitModel(const std::vector<LocusGenotypeTally>& loci, ModelTerms terms,
+                  const ModelFit* start) {
     // No shortcut from the fit with F = 0: that fit can be a local maximum on the boundary
     // while F = 0.15 holds the global one, null alleles having taken up the excess.
     if (!terms.inbreeding) return FitLociApart(loci, terms.nulls);
-    ModelFit fit = Fitter(loci, terms).Fit();
+    const Fitter fitter(loci, terms);
+    ModelFit fit = fitter.Fit(start ? fitter.From(*start) : fitter.Start());
     if (fit.f < kBoundary) fit.f = 0;
     for (double& pn : fit.nulls)
         if (pn < kBoundary) pn = 0;
     fit.logLikelihood = LogLikelihood(loci, fit.f, fit.visible, fit.nulls);
     return fit;
+}
+
+bool InbreedingWouldRise(const std::vector<LocusGenotypeTally>& loci, const ModelFit& atZero) {
+    return Fitter(loci, {}).Rises(atZero);
 }
 
 double LogLikelihood(const std::vector<LocusGenotypeTally>& loci, double f,

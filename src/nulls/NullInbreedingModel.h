@@ -31,13 +31,29 @@ struct ModelFit {
 // Maximum likelihood by EM (Dempster, A. P., Laird, N. M. and Rubin, D. B. 1977, J. R. Stat.
 // Soc. B 39: 1-38) over the hidden identity-by-descent and null allele states, from p_n = 0.05
 // and F = 0.05 (for the terms the model frees) and the observed allele frequencies scaled to
-// leave room for p_n. It stops when one EM step moves no frequency (F included) by more than
-// 1e-10. The steps are accelerated by squared extrapolation (Varadhan, R. and Roland, C. 2008,
-// Scand. J. Stat. 35: 335-353), which keeps EM's fixed points and its monotone likelihood: an
-// extrapolation that leaves the parameter space or lowers the likelihood gives way to the plain
-// EM steps. With F fixed at 0 each locus is fitted on its own, at its own pace. Frequencies
-// below 1e-9 are reported as 0.
-ModelFit FitModel(const std::vector<LocusGenotypeTally>& loci, ModelTerms terms);
+// leave room for p_n, or from `start`, an earlier fit of the same loci and terms (a bootstrap
+// replicate starts from the sample's own fit). It stops when one EM step moves no frequency
+// (F included) by more than 1e-10.
+//
+// The steps are accelerated by squared extrapolation (Varadhan, R. and Roland, C. 2008, Scand.
+// J. Stat. 35: 335-353), with a step length of its own for F and for each locus, which keeps
+// EM's fixed points and its monotone likelihood: an extrapolation that leaves the parameter
+// space or lowers the likelihood gives way to the plain EM steps.
+//
+// EM creeps towards a maximum on the boundary, so F, or the null allele of a locus without
+// blanks, is set to 0 once it falls below 1e-7, where EM holds it. At convergence each such
+// coordinate is probed: if EM would raise it from 1e-9, the likelihood rises that way, and it
+// starts again from 0.05 (twice at most, then it is left to EM). Under Hardy-Weinberg a locus
+// without blanks whose maximum is at p_n = 0 is recognised from the slope there without any
+// step. With F fixed at 0 each locus is fitted on its own, at its own pace. Frequencies below
+// 1e-9 are reported as 0.
+ModelFit FitModel(const std::vector<LocusGenotypeTally>& loci, ModelTerms terms,
+                  const ModelFit* start = nullptr);
+
+// Whether the likelihood rises as F rises from 0 at `atZero`, a fit with F = 0 and null alleles
+// free: EM moves F up from 1e-9 exactly then. When it does not, `atZero` is a maximum of the
+// model with both terms free, on its boundary.
+bool InbreedingWouldRise(const std::vector<LocusGenotypeTally>& loci, const ModelFit& atZero);
 
 // The log-likelihood of the genotypes under the given parameters (the multinomial coefficient
 // left out, the factor 2 of heterozygotes kept).
