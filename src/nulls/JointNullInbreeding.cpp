@@ -17,10 +17,8 @@ JointFit FitJointModel(const std::vector<LocusGenotypeTally>& loci) {
     joint.parameters = {frequencies, frequencies + nullable, frequencies + 1,
                         frequencies + nullable + 1};
     for (std::size_t m = 0; m < 4; ++m) {
-        const ModelTerms terms{.nulls = (m & 1) != 0, .inbreeding = (m & 2) != 0};
-        ModelFit fit = FitModel(loci, terms);
-        joint.logLikelihoods[m] = fit.logLikelihood;
-        if (m == static_cast<std::size_t>(NestedModel::kBoth)) joint.both = std::move(fit);
+        joint.fits[m] = FitModel(loci, TermsOf(static_cast<NestedModel>(m)));
+        joint.logLikelihoods[m] = joint.fits[m].logLikelihood;
     }
     joint.chosen = ChooseModel(joint.logLikelihoods, joint.parameters);
     return joint;

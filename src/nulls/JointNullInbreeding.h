@@ -13,11 +13,22 @@ enum class NestedModel { kNeither = 0, kNulls = 1, kInbreeding = 2, kBoth = 3 };
 inline constexpr std::array<const char*, 4> kNestedModelNames = {"neither", "nulls", "inbreeding",
                                                                  "both"};
 
+// The terms a nested model frees.
+constexpr ModelTerms TermsOf(NestedModel model) {
+    const int m = static_cast<int>(model);
+    return {.nulls = (m & 1) != 0, .inbreeding = (m & 2) != 0};
+}
+
 struct JointFit {
-    ModelFit both;  // F and every locus's null allele frequency, both free: `joint`
+    std::array<ModelFit, 4> fits;            // by NestedModel
     std::array<double, 4> logLikelihoods{};  // by NestedModel; -infinity where impossible
     std::array<int, 4> parameters{};         // free parameters by NestedModel
     NestedModel chosen = NestedModel::kNeither;
+
+    // F and the null allele frequencies as the chosen model has them (0 where it leaves a term
+    // out): what `joint` and the population's F report. The full model alone would spend a
+    // homozygote excess shared by all loci partly on small null alleles at every locus.
+    const ModelFit& Chosen() const { return fits[static_cast<std::size_t>(chosen)]; }
 };
 
 // `joint`: one F for the population and one null allele frequency per locus, fitted together,

@@ -39,9 +39,28 @@ std::array<double, 4> PrescribedEstimates(const CodedLocus& locus,
     }
 }
 
-// The whole sample's estimates fill `joint`; a replicate's joint fit starts from `sample`.
+// A replicate's fit of the model chosen for the whole sample, started from the sample's fit;
+// `em` is the replicate's fit with null alleles alone.
+ModelFit FitReplicate(const std::vector<LocusGenotypeTally>& tallies, NestedModel model,
+                      const ModelFit& sample, const ModelFit& em) {
+    switch (model) {
+        case NestedModel::kNulls:
+            return em;
+        case NestedModel::kBoth:
+            // Where the sample's F lies on the boundary and this replicate's does too, the
+            // full model is the loci's own Hardy-Weinberg fits.
+            if (sample.f == 0 && !InbreedingWouldRise(tallies, em)) return em;
+            break;
+        case NestedModel::kNeither:
+        case NestedModel::kInbreeding:
+            break;
+    }
+    return FitModel(tallies, TermsOf(model), &sample);
+}
+
+// The whole sample's estimates fill `joint`; a replicate fits the model chosen there.
 SampleEstimates Estimate(const std::vector<CodedLocus>& loci, const std::vector<int>& multiplicity,
-                         JointFit* joint, const ModelFit* sample = nullptr) {
+                         JointFit* joint, const JointFit* sample = nullptr) {
     SampleEstimates result;
     std::vector<LocusGenotypeTally> tallies;
     for (const CodedLocus& locus : loci)
@@ -57,20 +76,16 @@ SampleEstimates Estimate(const std::vector<CodedLocus>& loci, const std::vector<
         e[kEmMissing] = tally.blanks > 0 ? EmMissingNullFrequency(tally) : e[kEm];
         result.loci.push_back(e);
     }
-    ModelFit both;
+    ModelFit chosen;
     if (joint) {
         *joint = FitJointModel(tallies);
-        both = joint->both;
-    } else if (sample->f == 0 && !InbreedingWouldRise(tallies, em)) {
-        // The sample's F lies on the boundary, and so does this replicate's: with F = 0 the
-        // joint model is the loci's own Hardy-Weinberg fits.
-        both = em;
+        chosen = joint->Chosen();
     } else {
-        both = FitModel(tallies, {}, sample);
+        chosen = FitReplicate(tallies, sample->chosen, sample->Chosen(), em);
     }
-    result.f = both.f;
+    result.f = chosen.f;
     for (std::size_t l = 0; l < loci.size(); ++l)
-        result.loci[l][kJoint] = tallies[l].Individuals() > 0 ? both.nulls[l] : kNoValue;
+        result.loci[l][kJoint] = tallies[l].Individuals() > 0 ? chosen.nulls[l] : kNoValue;
     return result;
 }
 
@@ -92,7 +107,7 @@ PopulationEstimates EstimateNullAllelesAndInbreeding(const std::vector<std::stri
         std::vector<int> multiplicity(individuals);
         for (std::size_t r = from; r < to; ++r) {
             BootstrapSampler(settings.seed, r).Draw(multiplicity);
-            const SampleEstimates sample = Estimate(loci, multiplicity, nullptr, &joint.both);
+            const SampleEstimates sample = Estimate(loci, multiplicity, nullptr, &joint);
             for (std::size_t l = 0; l < loci.size(); ++l)
                 for (std::size_t e = 0; e < kEstimateCount; ++e)
                     drawn[l * kEstimateCount + e][r] = sample.loci[l][e];

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <numeric>
 
@@ -163,6 +164,54 @@ TEST(NullInbreedingModel, FixedPointIsAStationaryPoint) {
     }
 }
 
+// Where a fit holds F or a null allele at 0, raising it (the null allele at the expense of the
+// commonest visible allele) lowers the likelihood; and a fit started from another fit of the
+// same data ends where the fit from the usual start does.
+TEST(NullInbreedingModel, BoundaryMaximaAreMaximaWhateverTheStart) {
+    struct Case {
+        double inbreeding;
+        double nullFrequency;
+        int nullLoci;
+        ModelTerms terms;
+    };
+    const std::vector<Case> cases = {
+        {0.0, 0.0, 0, {true, true}},  // F and most null alleles at 0
+        {0.15, 0.0, 0, {true, true}},
+        {0.15, 0.0, 0, {false, true}},
+        {0.0, 0.2, 3, {true, true}},
+        {0.0, 0.0, 0, {true, false}},
+    };
+    const double h = 1e-5;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << "F " << c.inbreeding << ", null " << c.nullFrequency
+                                        << ", terms " << c.terms.nulls << c.terms.inbreeding);
+        const std::vector<LocusGenotypeTally> loci =
+            Tallies(Coded(Simulated(c.inbreeding, c.nullFrequency, 150, 8, 21, c.nullLoci)));
+        const ModelFit fit = FitModel(loci, c.terms);
+        ASSERT_TRUE(fit.converged);
+        const double at = fit.logLikelihood;
+        if (c.terms.inbreeding && fit.f == 0) {
+            EXPECT_LT(LogLikelihood(loci, h, fit.visible, fit.nulls), at);
+        }
+        for (std::size_t l = 0; l < loci.size(); ++l) {
+            if (!c.terms.nulls || fit.nulls[l] > 0) continue;
+            ModelFit up = fit;
+            const auto commonest = std::max_element(up.visible[l].begin(), up.visible[l].end());
+            *commonest -= h;
+            up.nulls[l] += h;
+            EXPECT_LT(LogLikelihood(loci, up.f, up.visible, up.nulls), at) << "locus " << l;
+        }
+
+        ModelFit elsewhere = fit;
+        elsewhere.f = c.terms.inbreeding ? 0.3 : 0.0;
+        const ModelFit again = FitModel(loci, c.terms, &elsewhere);
+        EXPECT_NEAR(again.logLikelihood, at, 1e-7);
+        EXPECT_NEAR(again.f, fit.f, 1e-5);
+        for (std::size_t l = 0; l < loci.size(); ++l)
+            EXPECT_NEAR(again.nulls[l], fit.nulls[l], 1e-5) << "locus " << l;
+    }
+}
+
 TEST(JointNullInbreeding, RecoversInbreedingAndNullsFromSimulatedData) {
     struct Case {
         double inbreeding;
@@ -182,10 +231,10 @@ TEST(JointNullInbreeding, RecoversInbreedingAndNullsFromSimulatedData) {
         const std::vector<LocusGenotypeTally> loci =
             Tallies(Coded(Simulated(c.inbreeding, c.nullFrequency, 400, 10, 11, c.nullLoci)));
         const JointFit joint = FitJointModel(loci);
-        EXPECT_NEAR(joint.both.f, c.inbreeding, 0.03);
+        EXPECT_NEAR(joint.Chosen().f, c.inbreeding, 0.03);
         for (std::size_t l = 0; l < loci.size(); ++l) {
             const double truth = static_cast<int>(l) < c.nullLoci ? c.nullFrequency : 0.0;
-            EXPECT_NEAR(joint.both.nulls[l], truth, 0.06) << "locus " << l;
+            EXPECT_NEAR(joint.Chosen().nulls[l], truth, 0.06) << "locus " << l;
         }
         EXPECT_EQ(joint.chosen, c.model);
     }
