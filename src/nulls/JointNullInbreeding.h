@@ -25,10 +25,14 @@ struct JointFit {
     std::array<int, 4> parameters{};         // free parameters by NestedModel
     NestedModel chosen = NestedModel::kNeither;
 
-    // F and the null allele frequencies as the chosen model has them (0 where it leaves a term
-    // out): what `joint` and the population's F report. The full model alone would spend a
-    // homozygote excess shared by all loci partly on small null alleles at every locus.
-    const ModelFit& Chosen() const { return fits[static_cast<std::size_t>(chosen)]; }
+    // The fit that `joint` and the population's F report: the model with both terms, except
+    // where AIC finds null alleles unneeded and chooses inbreeding alone. There the full model
+    // would spend part of the homozygote excess shared by all loci on small null alleles at
+    // every locus and underestimate F.
+    NestedModel Reported() const {
+        return chosen == NestedModel::kInbreeding ? NestedModel::kInbreeding : NestedModel::kBoth;
+    }
+    const ModelFit& ReportedFit() const { return fits[static_cast<std::size_t>(Reported())]; }
 };
 
 // `joint`: one F for the population and one null allele frequency per locus, fitted together,

@@ -39,26 +39,20 @@ std::array<double, 4> PrescribedEstimates(const CodedLocus& locus,
     }
 }
 
-// A replicate's fit of the model chosen for the whole sample, started from the sample's fit;
+// A replicate's fit of the model reported for the whole sample, started from the sample's fit;
 // `em` is the replicate's fit with null alleles alone.
-ModelFit FitReplicate(const std::vector<LocusGenotypeTally>& tallies, NestedModel model,
-                      const ModelFit& sample, const ModelFit& em) {
-    switch (model) {
-        case NestedModel::kNulls:
-            return em;
-        case NestedModel::kBoth:
-            // Where the sample's F lies on the boundary and this replicate's does too, the
-            // full model is the loci's own Hardy-Weinberg fits.
-            if (sample.f == 0 && !InbreedingWouldRise(tallies, em)) return em;
-            break;
-        case NestedModel::kNeither:
-        case NestedModel::kInbreeding:
-            break;
-    }
-    return FitModel(tallies, TermsOf(model), &sample);
+ModelFit FitReplicate(const std::vector<LocusGenotypeTally>& tallies, const JointFit& sample,
+                      const ModelFit& em) {
+    const ModelFit& start = sample.ReportedFit();
+    // Where the sample's F lies on the boundary and this replicate's does too, the full model
+    // is the loci's own Hardy-Weinberg fits.
+    if (sample.Reported() == NestedModel::kBoth && start.f == 0 &&
+        !InbreedingWouldRise(tallies, em))
+        return em;
+    return FitModel(tallies, TermsOf(sample.Reported()), &start);
 }
 
-// The whole sample's estimates fill `joint`; a replicate fits the model chosen there.
+// The whole sample's estimates fill `joint`; a replicate fits the model reported there.
 SampleEstimates Estimate(const std::vector<CodedLocus>& loci, const std::vector<int>& multiplicity,
                          JointFit* joint, const JointFit* sample = nullptr) {
     SampleEstimates result;
@@ -76,16 +70,16 @@ SampleEstimates Estimate(const std::vector<CodedLocus>& loci, const std::vector<
         e[kEmMissing] = tally.blanks > 0 ? EmMissingNullFrequency(tally) : e[kEm];
         result.loci.push_back(e);
     }
-    ModelFit chosen;
+    ModelFit reported;
     if (joint) {
         *joint = FitJointModel(tallies);
-        chosen = joint->Chosen();
+        reported = joint->ReportedFit();
     } else {
-        chosen = FitReplicate(tallies, sample->chosen, sample->Chosen(), em);
+        reported = FitReplicate(tallies, *sample, em);
     }
-    result.f = chosen.f;
+    result.f = reported.f;
     for (std::size_t l = 0; l < loci.size(); ++l)
-        result.loci[l][kJoint] = tallies[l].Individuals() > 0 ? chosen.nulls[l] : kNoValue;
+        result.loci[l][kJoint] = tallies[l].Individuals() > 0 ? reported.nulls[l] : kNoValue;
     return result;
 }
 

@@ -36,7 +36,7 @@ struct LocusEstimates {
 };
 
 struct InbreedingResult {
-    double f = 0;  // from the model with both terms
+    double f = 0;  // from JointFit::ReportedFit()
     Interval interval{kNoValue, kNoValue};
     NestedModel model = NestedModel::kNeither;
     std::array<double, 4> logLikelihoods{};  // by NestedModel

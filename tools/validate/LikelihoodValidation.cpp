@@ -17,6 +17,7 @@ namespace {
 using namespace tavrelle;
 
 constexpr int kLoci = 10;
+constexpr int kPartialNullLoci = 3;
 
 struct Error {
     double sum = 0;
@@ -50,6 +51,7 @@ struct Setting {
     int calledByVerdict = 0;
     int verdictLoci = 0;
     int calledByJoint = 0;
+    int nullLoci = kLoci;  // the first loci carry the null allele, the others none
 };
 
 // A locus is called null by the joint model when its interval leaves out 0.01, a null allele
@@ -69,15 +71,17 @@ void RunSetting(Setting& s, int populations, int bootstrap, const std::string& t
         for (std::size_t l = 0; l < kLoci; ++l) {
             simulate::LocusRequest request;
             request.repeat = 2;
-            request.null_frequency = s.nulls;
+            request.null_frequency = static_cast<int>(l) < s.nullLoci ? s.nulls : 0.0;
             parameters.loci.push_back(simulate::ResolveLocus(request, parameters.seed, l));
         }
         const Table table = SimulatedPopulationTable(simulate::Simulate(parameters));
         const PopulationEstimates result =
             EstimateNullAllelesAndInbreeding(table, {parameters.seed, bootstrap, 1});
-        for (const LocusEstimates& locus : result.loci) {
+        for (std::size_t l = 0; l < result.loci.size(); ++l) {
+            const LocusEstimates& locus = result.loci[l];
+            const double truth = static_cast<int>(l) < s.nullLoci ? s.nulls : 0.0;
             for (std::size_t e = 0; e < kEstimateCount; ++e)
-                s.estimates[e].Add(locus.estimates[e], s.nulls, locus.intervals[e]);
+                s.estimates[e].Add(locus.estimates[e], truth, locus.intervals[e]);
             ++s.loci;
             s.calledByJoint += JointCallsNull(locus) ? 1 : 0;
         }
@@ -109,7 +113,13 @@ int ValidateLikelihood(const std::string& tables, int populations, int bootstrap
     for (double nulls : {0.0, 0.1, 0.2, 0.3})
         for (double f : {0.0, 0.1, 0.2})
             for (int samples : {50, 100, 200})
-                settings.push_back({nulls, f, samples, {}, {}, 0, 0, 0, 0});
+                settings.push_back({nulls, f, samples, {}, {}, 0, 0, 0, 0, kLoci});
+    // Null alleles at a few loci only: what tells them apart from inbreeding.
+    const std::size_t everyLocus = settings.size();
+    for (double nulls : {0.1, 0.2, 0.3})
+        for (double f : {0.0, 0.1, 0.2})
+            for (int samples : {50, 100, 200})
+                settings.push_back({nulls, f, samples, {}, {}, 0, 0, 0, 0, kPartialNullLoci});
     const unsigned threads = std::max(1U, std::thread::hardware_concurrency());
     std::vector<std::thread> workers;
     for (unsigned w = 0; w < threads; ++w)
@@ -123,7 +133,8 @@ int ValidateLikelihood(const std::string& tables, int populations, int bootstrap
     std::printf("RMSE (bias) of each estimate, %d populations x %d loci per row\n\n", populations,
                 kLoci);
     PrintHeader();
-    for (const Setting& s : settings) {
+    for (std::size_t i = 0; i < everyLocus; ++i) {
+        const Setting& s = settings[i];
         std::printf("| %.1f | %.1f | %d |", s.nulls, s.f, s.samples);
         for (const Error& e : s.estimates)
             std::printf(" %.3f (%+.3f) |", e.Rmse(), e.Bias());
@@ -131,7 +142,8 @@ int ValidateLikelihood(const std::string& tables, int populations, int bootstrap
     }
     std::printf("\nCoverage of the 95%% intervals (%d bootstrap replicates)\n\n", bootstrap);
     PrintHeader();
-    for (const Setting& s : settings) {
+    for (std::size_t i = 0; i < everyLocus; ++i) {
+        const Setting& s = settings[i];
         std::printf("| %.1f | %.1f | %d |", s.nulls, s.f, s.samples);
         for (const Error& e : s.estimates)
             std::printf(" %.0f%% |", e.Coverage());
@@ -140,13 +152,28 @@ int ValidateLikelihood(const std::string& tables, int populations, int bootstrap
     std::printf("\nLoci called null (no null allele in the rows with null 0.0)\n\n");
     std::printf("| null | F | samples | prescribed verdict \"yes\" | joint model |\n");
     std::printf("|---:|---:|---:|---:|---:|\n");
-    for (const Setting& s : settings) {
+    for (std::size_t i = 0; i < everyLocus; ++i) {
+        const Setting& s = settings[i];
         std::printf("| %.1f | %.1f | %d |", s.nulls, s.f, s.samples);
         if (s.verdictLoci > 0)
             std::printf(" %.1f%% |", 100.0 * s.calledByVerdict / s.verdictLoci);
         else
             std::printf(" |");
         std::printf(" %.1f%% |\n", 100.0 * s.calledByJoint / std::max(1, s.loci));
+    }
+    std::printf("\nNull alleles at %d of the %d loci: RMSE (bias) and coverage, over all loci\n\n",
+                kPartialNullLoci, kLoci);
+    std::printf("| null | F | samples | EM | Joint with F | Joint coverage | F | F coverage |\n");
+    std::printf("|---:|---:|---:|---:|---:|---:|---:|---:|\n");
+    for (std::size_t i = everyLocus; i < settings.size(); ++i) {
+        const Setting& s = settings[i];
+        const Error& em = s.estimates[kEm];
+        const Error& joint = s.estimates[kJoint];
+        std::printf("| %.1f | %.1f | %d | %.3f (%+.3f) | %.3f (%+.3f) | %.0f%% | %.3f (%+.3f) |"
+                    " %.0f%% |\n",
+                    s.nulls, s.f, s.samples, em.Rmse(), em.Bias(), joint.Rmse(), joint.Bias(),
+                    joint.Coverage(), s.inbreeding.Rmse(), s.inbreeding.Bias(),
+                    s.inbreeding.Coverage());
     }
     return 0;
 }
