@@ -1,7 +1,6 @@
 #include "nulls/AlleleCountTable.h"
 
 #include <algorithm>
-#include <array>
 
 namespace tavrelle {
 
@@ -16,13 +15,14 @@ AlleleCountRows AlleleCountTable(const std::vector<Int16>& list) {
     const int span = *high - *low + 1;
     if (span <= kCountedSpan) {
         // Allele sizes lie close together: counting is faster than sorting.
-        std::array<int, kCountedSpan> counts{};
+        thread_local std::vector<int> counts;
+        counts.assign(static_cast<std::size_t>(span), 0);
         for (Int16 value : list)
             ++counts[static_cast<std::size_t>(value - *low)];
         for (int offset = 0; offset < span; ++offset)
             if (counts[static_cast<std::size_t>(offset)] > 0)
-                table.push_back({Narrow16(*low + offset),
-                                 Narrow16(counts[static_cast<std::size_t>(offset)])});
+                table.push_back(
+                    {Narrow16(*low + offset), Narrow16(counts[static_cast<std::size_t>(offset)])});
         return table;
     }
     std::vector<Int16> sorted = list;

@@ -1,10 +1,37 @@
 #include "nulls/JointNullInbreeding.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <limits>
 
 namespace tavrelle {
+
+namespace {
+
+// Backward selection over the null alleles of the loci without blanks, by AIC: from the
+// smallest null allele frequency up, a locus's null allele is held at 0 where that lowers the
+// log-likelihood by less than 1.
+void HoldUnneededNulls(const std::vector<LocusGenotypeTally>& loci, ModelTerms& terms,
+                       ModelFit& fit) {
+    std::vector<std::size_t> order;
+    for (std::size_t l = 0; l < loci.size(); ++l)
+        if (loci[l].blanks == 0 && loci[l].Individuals() > 0) order.push_back(l);
+    std::stable_sort(order.begin(), order.end(),
+                     [&](std::size_t a, std::size_t b) { return fit.nulls[a] < fit.nulls[b]; });
+    terms.heldNulls.assign(loci.size(), false);
+    for (std::size_t l : order) {
+        ModelTerms trial = terms;
+        trial.heldNulls[l] = true;
+        ModelFit held = FitModel(loci, trial, &fit);
+        if (fit.logLikelihood - held.logLikelihood < 1) {
+            terms = std::move(trial);
+            fit = std::move(held);
+        }
+    }
+}
+
+}  // namespace
 
 JointFit FitJointModel(const std::vector<LocusGenotypeTally>& loci) {
     JointFit joint;
@@ -21,6 +48,9 @@ JointFit FitJointModel(const std::vector<LocusGenotypeTally>& loci) {
         joint.logLikelihoods[m] = joint.fits[m].logLikelihood;
     }
     joint.chosen = ChooseModel(joint.logLikelihoods, joint.parameters);
+    joint.reportedTerms = TermsOf(NestedModel::kBoth);
+    joint.reported = joint.fits[static_cast<std::size_t>(NestedModel::kBoth)];
+    HoldUnneededNulls(loci, joint.reportedTerms, joint.reported);
     return joint;
 }
 

@@ -14,7 +14,7 @@ inline constexpr std::array<const char*, 4> kNestedModelNames = {"neither", "nul
                                                                  "both"};
 
 // The terms a nested model frees.
-constexpr ModelTerms TermsOf(NestedModel model) {
+inline ModelTerms TermsOf(NestedModel model) {
     const int m = static_cast<int>(model);
     return {.nulls = (m & 1) != 0, .inbreeding = (m & 2) != 0};
 }
@@ -25,14 +25,13 @@ struct JointFit {
     std::array<int, 4> parameters{};         // free parameters by NestedModel
     NestedModel chosen = NestedModel::kNeither;
 
-    // The fit that `joint` and the population's F report: the model with both terms, except
-    // where AIC finds null alleles unneeded and chooses inbreeding alone. There the full model
-    // would spend part of the homozygote excess shared by all loci on small null alleles at
-    // every locus and underestimate F.
-    NestedModel Reported() const {
-        return chosen == NestedModel::kInbreeding ? NestedModel::kInbreeding : NestedModel::kBoth;
-    }
-    const ModelFit& ReportedFit() const { return fits[static_cast<std::size_t>(Reported())]; }
+    // What `joint` and the population's F report, whichever model is chosen: F with the null
+    // alleles of the loci that need one. A locus without blanks keeps its null allele only if
+    // that raises the log-likelihood by more than 1 (AIC), the loci tried from the smallest
+    // null allele frequency up. With a null allele free at every locus the fit would spend part
+    // of a homozygote excess shared by all loci on small null alleles and underestimate F.
+    ModelTerms reportedTerms;
+    ModelFit reported;
 };
 
 // `joint`: one F for the population and one null allele frequency per locus, fitted together,

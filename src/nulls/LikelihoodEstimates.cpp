@@ -43,13 +43,14 @@ std::array<double, 4> PrescribedEstimates(const CodedLocus& locus,
 // `em` is the replicate's fit with null alleles alone.
 ModelFit FitReplicate(const std::vector<LocusGenotypeTally>& tallies, const JointFit& sample,
                       const ModelFit& em) {
-    const ModelFit& start = sample.ReportedFit();
-    // Where the sample's F lies on the boundary and this replicate's does too, the full model
-    // is the loci's own Hardy-Weinberg fits.
-    if (sample.Reported() == NestedModel::kBoth && start.f == 0 &&
-        !InbreedingWouldRise(tallies, em))
-        return em;
-    return FitModel(tallies, TermsOf(sample.Reported()), &start);
+    const ModelTerms& terms = sample.reportedTerms;
+    if (sample.reported.f == 0) {
+        // Where the sample's F lies on the boundary and this replicate's does too, the model is
+        // the loci's own Hardy-Weinberg fits.
+        const ModelFit atZero = WithNullsHeld(tallies, em, terms);
+        if (!InbreedingWouldRise(tallies, atZero)) return atZero;
+    }
+    return FitModel(tallies, terms, &sample.reported);
 }
 
 // The whole sample's estimates fill `joint`; a replicate fits the model reported there.
@@ -73,7 +74,7 @@ SampleEstimates Estimate(const std::vector<CodedLocus>& loci, const std::vector<
     ModelFit reported;
     if (joint) {
         *joint = FitJointModel(tallies);
-        reported = joint->ReportedFit();
+        reported = joint->reported;
     } else {
         reported = FitReplicate(tallies, *sample, em);
     }

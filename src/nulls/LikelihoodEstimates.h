@@ -36,7 +36,7 @@ struct LocusEstimates {
 };
 
 struct InbreedingResult {
-    double f = 0;  // from JointFit::ReportedFit()
+    double f = 0;  // JointFit::reported
     Interval interval{kNoValue, kNoValue};
     NestedModel model = NestedModel::kNeither;
     std::array<double, 4> logLikelihoods{};  // by NestedModel

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <span>
 
 namespace tavrelle {
 
@@ -11,17 +12,17 @@ namespace {
 constexpr double kTolerance = 1e-10;
 constexpr double kStart = 0.05;
 constexpr int kMaxIterations = 200000;
-constexpr double kPin = 1e-7;    // a boundary coordinate below this is taken to be 0
-constexpr double kProbe = 1e-9;  // how far from 0 a held coordinate is probed
+constexpr double kPin = 1e-7;          // a boundary coordinate below this is taken to be 0
+constexpr double kProbe = 1e-9;        // how far from 0 a held coordinate is probed
 constexpr double kProbeMargin = 1e-9;  // a rise smaller than this is rounding
-constexpr int kMaxReleases = 2;
-constexpr double kWarmFloor = 0.01;  // the least F or p_n a fit started from another begins at  // after that, a coordinate is left to EM alone
+constexpr int kMaxReleases = 2;        // after that, a coordinate is left to EM alone
+constexpr double kWarmFloor = 0.01;    // the least F or p_n a fit from another fit starts at
 
 // The parameters as one vector, for the extrapolation: F first, then per locus its visible
 // alleles and its null allele.
 class Layout {
 public:
-    explicit Layout(const std::vector<LocusGenotypeTally>& loci) {
+    explicit Layout(std::span<const LocusGenotypeTally> loci) {
         std::size_t at = 1;
         for (const LocusGenotypeTally& locus : loci) {
             offsets_.push_back(at);
@@ -67,7 +68,7 @@ double LocusLogLikelihood(const LocusGenotypeTally& t, double f, const double* p
 
 class Fitter {
 public:
-    Fitter(const std::vector<LocusGenotypeTally>& loci, ModelTerms terms)
+    Fitter(std::span<const LocusGenotypeTally> loci, ModelTerms terms)
         : loci_(loci), terms_(terms), layout_(loci), boundary_(Boundary()) {}
 
     // The parameters of an earlier fit of the same loci and terms as a start. F, and a null
@@ -77,7 +78,7 @@ public:
         std::vector<double> theta(layout_.Size(), 0.0);
         theta[0] = terms_.inbreeding ? std::max(fit.f, kWarmFloor) : 0.0;
         for (std::size_t l = 0; l < loci_.size(); ++l) {
-            const bool free = terms_.nulls && loci_[l].Individuals() > 0;
+            const bool free = terms_.NullAt(l) && loci_[l].Individuals() > 0;
             const double pn = free ? std::max(fit.nulls[l], kWarmFloor) : 0.0;
             const double scale = (1 - pn) / (1 - (terms_.nulls ? fit.nulls[l] : 0.0));
             for (std::size_t i = 0; i < fit.visible[l].size(); ++i)
@@ -107,7 +108,7 @@ public:
         for (std::size_t l = 0; l < loci_.size(); ++l) {
             const LocusGenotypeTally& t = loci_[l];
             const double copies = 2 * t.Scored();
-            const bool nulls = terms_.nulls && t.Individuals() > 0;
+            const bool nulls = terms_.NullAt(l) && t.Individuals() > 0;
             const double room = nulls ? (copies > 0 ? 1 - kStart : 0.0) : 1.0;
             for (std::size_t i = 0; i < t.alleles.size(); ++i)
                 theta[layout_.Visible(l) + i] =
@@ -229,10 +230,9 @@ private:
     std::vector<std::size_t> Boundary() const {
         std::vector<std::size_t> coordinates;
         if (terms_.inbreeding) coordinates.push_back(0);
-        if (terms_.nulls)
-            for (std::size_t l = 0; l < loci_.size(); ++l)
-                if (loci_[l].blanks == 0 && loci_[l].Individuals() > 0)
-                    coordinates.push_back(layout_.Null(l, loci_[l]));
+        for (std::size_t l = 0; l < loci_.size(); ++l)
+            if (terms_.NullAt(l) && loci_[l].blanks == 0 && loci_[l].Individuals() > 0)
+                coordinates.push_back(layout_.Null(l, loci_[l]));
         return coordinates;
     }
 
@@ -312,7 +312,7 @@ private:
         std::vector<double> probe = theta;
         std::vector<std::size_t> held;
         for (std::size_t k : boundary_)
-            if (theta[k] == 0) {
+            if (theta[k] == 0 && releases[k] < kMaxReleases) {
                 held.push_back(k);
                 probe[k] = kProbe;
             }
@@ -336,7 +336,7 @@ private:
         return most;
     }
 
-    const std::vector<LocusGenotypeTally>& loci_;
+    std::span<const LocusGenotypeTally> loci_;
     ModelTerms terms_;
     Layout layout_;
     std::vector<std::size_t> boundary_;
@@ -362,18 +362,18 @@ bool NullFreeMaximum(const LocusGenotypeTally& t, std::vector<double>& frequenci
 }
 
 // With F fixed at 0 the loci are independent, and each converges at its own pace.
-ModelFit FitLociApart(const std::vector<LocusGenotypeTally>& loci, bool nulls) {
+ModelFit FitLociApart(const std::vector<LocusGenotypeTally>& loci, const ModelTerms& terms) {
     ModelFit fit;
     fit.converged = true;
-    for (const LocusGenotypeTally& locus : loci) {
+    for (std::size_t l = 0; l < loci.size(); ++l) {
+        const bool nulls = terms.NullAt(l);
         std::vector<double> frequencies;
-        if (nulls && NullFreeMaximum(locus, frequencies)) {
+        if (nulls && NullFreeMaximum(loci[l], frequencies)) {
             fit.visible.push_back(std::move(frequencies));
             fit.nulls.push_back(0.0);
             continue;
         }
-        const std::vector<LocusGenotypeTally> alone = {locus};
-        const Fitter fitter(alone, {.nulls = nulls, .inbreeding = false});
+        const Fitter fitter(std::span(&loci[l], 1), {.nulls = nulls, .inbreeding = false});
         ModelFit one = fitter.Fit(fitter.Start());
         fit.visible.push_back(std::move(one.visible[0]));
         fit.nulls.push_back(one.nulls[0] < kBoundary ? 0.0 : one.nulls[0]);
@@ -390,7 +390,7 @@ ModelFit FitModel(const std::vector<LocusGenotypeTally>& loci, ModelTerms terms,
                   const ModelFit* start) {
     // No shortcut from the fit with F = 0: that fit can be a local maximum on the boundary
     // while F = 0.15 holds the global one, null alleles having taken up the excess.
-    if (!terms.inbreeding) return FitLociApart(loci, terms.nulls);
+    if (!terms.inbreeding) return FitLociApart(loci, terms);
     const Fitter fitter(loci, terms);
     ModelFit fit = fitter.Fit(start ? fitter.From(*start) : fitter.Start());
     if (fit.f < kBoundary) fit.f = 0;
@@ -398,6 +398,22 @@ ModelFit FitModel(const std::vector<LocusGenotypeTally>& loci, ModelTerms terms,
         if (pn < kBoundary) pn = 0;
     fit.logLikelihood = LogLikelihood(loci, fit.f, fit.visible, fit.nulls);
     return fit;
+}
+
+ModelFit WithNullsHeld(const std::vector<LocusGenotypeTally>& loci, ModelFit apart,
+                       const ModelTerms& terms) {
+    bool changed = false;
+    for (std::size_t l = 0; l < loci.size(); ++l) {
+        if (terms.NullAt(l) || apart.nulls[l] == 0) continue;
+        const LocusGenotypeTally& t = loci[l];
+        const double copies = 2 * t.Scored();
+        for (std::size_t i = 0; i < t.alleles.size(); ++i)
+            apart.visible[l][i] = (2 * t.homozygotes[i] + t.heterozygousCopies[i]) / copies;
+        apart.nulls[l] = 0;
+        changed = true;
+    }
+    if (changed) apart.logLikelihood = LogLikelihood(loci, 0.0, apart.visible, apart.nulls);
+    return apart;
 }
 
 bool InbreedingWouldRise(const std::vector<LocusGenotypeTally>& loci, const ModelFit& atZero) {

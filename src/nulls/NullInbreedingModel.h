@@ -11,6 +11,13 @@ namespace tavrelle {
 struct ModelTerms {
     bool nulls = true;
     bool inbreeding = true;
+    // Loci whose null allele is held at 0 even though `nulls` frees the others (only loci
+    // without blanks; empty: none).
+    std::vector<bool> heldNulls;
+
+    bool NullAt(std::size_t locus) const {
+        return nulls && (locus >= heldNulls.size() || !heldNulls[locus]);
+    }
 };
 
 // Genotype probabilities, with p_i a visible allele's frequency and p_n the null allele's:
@@ -49,6 +56,12 @@ struct ModelFit {
 // 1e-9 are reported as 0.
 ModelFit FitModel(const std::vector<LocusGenotypeTally>& loci, ModelTerms terms,
                   const ModelFit* start = nullptr);
+
+// A fit with F = 0 and a null allele at every locus (the loci fitted apart) turned into the fit
+// of `terms` with F = 0: the loci whose null allele `terms` holds at 0 get their observed
+// allele frequencies, the Hardy-Weinberg maximum without null alleles.
+ModelFit WithNullsHeld(const std::vector<LocusGenotypeTally>& loci, ModelFit apart,
+                       const ModelTerms& terms);
 
 // Whether the likelihood rises as F rises from 0 at `atZero`, a fit with F = 0 and null alleles
 // free: EM moves F up from 1e-9 exactly then. When it does not, `atZero` is a maximum of the

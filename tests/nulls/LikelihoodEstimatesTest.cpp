@@ -176,10 +176,8 @@ TEST(NullInbreedingModel, BoundaryMaximaAreMaximaWhateverTheStart) {
     };
     const std::vector<Case> cases = {
         {0.0, 0.0, 0, {true, true}},  // F and most null alleles at 0
-        {0.15, 0.0, 0, {true, true}},
-        {0.15, 0.0, 0, {false, true}},
-        {0.0, 0.2, 3, {true, true}},
-        {0.0, 0.0, 0, {true, false}},
+        {0.15, 0.0, 0, {true, true}}, {0.15, 0.0, 0, {false, true}},
+        {0.0, 0.2, 3, {true, true}},  {0.0, 0.0, 0, {true, false}},
     };
     const double h = 1e-5;
     for (const Case& c : cases) {
@@ -231,10 +229,10 @@ TEST(JointNullInbreeding, RecoversInbreedingAndNullsFromSimulatedData) {
         const std::vector<LocusGenotypeTally> loci =
             Tallies(Coded(Simulated(c.inbreeding, c.nullFrequency, 400, 10, 11, c.nullLoci)));
         const JointFit joint = FitJointModel(loci);
-        EXPECT_NEAR(joint.ReportedFit().f, c.inbreeding, 0.03);
+        EXPECT_NEAR(joint.reported.f, c.inbreeding, 0.03);
         for (std::size_t l = 0; l < loci.size(); ++l) {
             const double truth = static_cast<int>(l) < c.nullLoci ? c.nullFrequency : 0.0;
-            EXPECT_NEAR(joint.ReportedFit().nulls[l], truth, 0.06) << "locus " << l;
+            EXPECT_NEAR(joint.reported.nulls[l], truth, 0.06) << "locus " << l;
         }
         EXPECT_EQ(joint.chosen, c.model);
     }

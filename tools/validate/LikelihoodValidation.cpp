@@ -169,11 +169,11 @@ int ValidateLikelihood(const std::string& tables, int populations, int bootstrap
         const Setting& s = settings[i];
         const Error& em = s.estimates[kEm];
         const Error& joint = s.estimates[kJoint];
-        std::printf("| %.1f | %.1f | %d | %.3f (%+.3f) | %.3f (%+.3f) | %.0f%% | %.3f (%+.3f) |"
-                    " %.0f%% |\n",
-                    s.nulls, s.f, s.samples, em.Rmse(), em.Bias(), joint.Rmse(), joint.Bias(),
-                    joint.Coverage(), s.inbreeding.Rmse(), s.inbreeding.Bias(),
-                    s.inbreeding.Coverage());
+        std::printf(
+            "| %.1f | %.1f | %d | %.3f (%+.3f) | %.3f (%+.3f) | %.0f%% | %.3f (%+.3f) |"
+            " %.0f%% |\n",
+            s.nulls, s.f, s.samples, em.Rmse(), em.Bias(), joint.Rmse(), joint.Bias(),
+            joint.Coverage(), s.inbreeding.Rmse(), s.inbreeding.Bias(), s.inbreeding.Coverage());
     }
     return 0;
 }
