@@ -19,11 +19,11 @@ void StoreLocusName(std::vector<std::string>& names, Int16 index, std::string_vi
 
 }  // namespace
 
-void InputDataSource::ReadGenepopHeader() {
-    title_ = input_.ReadLine();
+void InputDataSource::ReadGenepopHeader(LineInput& input) {
+    title_ = input.ReadLine();
     Int16 index = 0;
-    while (!input_.Eof()) {
-        std::string line(TrimBlanks(input_.ReadLine()));
+    while (!input.Eof()) {
+        std::string line(TrimBlanks(input.ReadLine()));
         if (UpperCase(line) == "POP") {
             GenepopHeaderFound_ = true;
             return;
@@ -46,29 +46,31 @@ void InputDataSource::ReadGenepopHeader() {
     }
 }
 
-void InputDataSource::ReadGenepopBody() {
+void InputDataSource::ReadGenepopBody(LineInput& input) {
     // Any failure while reading is a refusal; the rows built so far stay.
     try {
-        ReadGenepopBodyLines();
+        ReadGenepopBodyLines(input);
     } catch (const std::exception&) {
         GenepopBodyValid_ = false;
     }
 }
 
-void InputDataSource::ReadGenepopBodyLines() {
+void InputDataSource::ReadGenepopBodyLines(LineInput& input) {
     AddDataMember("AllData");
     Int16 sampleNumber = 1;
     DisplayLociNames(rsAllData);
+    // A row a line at most: the table is sized once instead of growing by doubling.
+    rsAllData.ReserveRows(rsAllData.RecordCount() + static_cast<std::int64_t>(input.LinesLeft()));
     const Int16 loci = Narrow16(static_cast<long long>(LocusNames_.size()));
 
-    while (!input_.Eof()) {
-        std::string line(TrimBlanks(input_.ReadLine()));
+    while (!input.Eof()) {
+        std::string line(TrimBlanks(input.ReadLine()));
         if (UpperCase(line) == "POP") {
             rsAllData.AddNew();
             rsAllData.SetField(1, "Pop");
             CurrentPopulation_ = Narrow16(CurrentPopulation_ + 1);
             sampleNumber = 1;
-            line = std::string(TrimBlanks(input_.ReadLine()));
+            line = std::string(TrimBlanks(input.ReadLine()));
         }
 
         // A line without a comma asks Left for a negative length: the file is refused.

@@ -40,8 +40,9 @@ InputDataSource::InputDataSource(const StoreRequest& request, Prompter& prompter
         return;
     }
 
-    input_ = LineInput(ReadWholeFile(fileName));
-    if (input_.Eof()) {
+    // Held only while the constructor reads it: the tables keep every line.
+    LineInput input(ReadWholeFile(fileName));
+    if (input.Eof()) {
         prompter_.Show(PlainBox(kFileEmpty));
         return;
     }
@@ -51,6 +52,7 @@ InputDataSource::InputDataSource(const StoreRequest& request, Prompter& prompter
     rsAlleleData = Table();
 
     if (request.isExcel) {
+        input = LineInput();  // the workbook reader opens the file itself
         if (request.excelReader != nullptr) {
             request.excelReader->ReadExcelSheet(*this, fileName, request.excelSheetName, prompter_);
         } else {
@@ -64,7 +66,7 @@ InputDataSource::InputDataSource(const StoreRequest& request, Prompter& prompter
         SetColumnHeaders(rsAlleleData);
     } else {
         if (request.gridIsNew) return;
-        ReadGenepopHeader();
+        ReadGenepopHeader(input);
         if (!GenepopHeaderFound_) {
             prompter_.ShowExample(ExampleScreen::Genepop);
             ResetLocusNames();
@@ -72,7 +74,7 @@ InputDataSource::InputDataSource(const StoreRequest& request, Prompter& prompter
         }
         SetColumnHeaders(rsAllData);
         SetColumnHeaders(rsAlleleData);
-        ReadGenepopBody();
+        ReadGenepopBody(input);
         if (!GenepopBodyValid_) {
             prompter_.ShowExample(ExampleScreen::Genepop);
             ResetLocusNames();

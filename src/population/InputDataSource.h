@@ -84,12 +84,11 @@ private:
     void ResetLocusNames() { LocusNames_.assign(1, std::string()); }
     void AddDataMember(std::string name);
     void ShowFreshPopulation();
-    void ReadGenepopHeader();
-    void ReadGenepopBody();
-    void ReadGenepopBodyLines();
+    void ReadGenepopHeader(LineInput& input);
+    void ReadGenepopBody(LineInput& input);
+    void ReadGenepopBodyLines(LineInput& input);
 
     Prompter& prompter_;
-    LineInput input_;
     std::vector<std::string> LocusNames_{std::string()};
     std::vector<Table::Bookmark> PopulationBookmarks_{Table::Bookmark{}};
     std::vector<std::string> dataMembers_;

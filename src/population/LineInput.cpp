@@ -31,6 +31,21 @@ std::string LineInput::ReadLine() {
     return line;
 }
 
+std::size_t LineInput::LinesLeft() const {
+    if (Eof()) return 0;
+    std::size_t lines = 0;
+    for (std::size_t i = position_; i < bytes_.size(); ++i) {
+        if (bytes_[i] == '\n') {
+            ++lines;
+        } else if (bytes_[i] == '\r') {
+            ++lines;
+            if (i + 1 < bytes_.size() && bytes_[i + 1] == '\n') ++i;
+        }
+    }
+    const char last = bytes_.back();
+    return last == '\n' || last == '\r' ? lines : lines + 1;
+}
+
 std::string ReadWholeFile(const std::string& fileName) {
     struct Closer {
         void operator()(std::FILE* file) const { std::fclose(file); }

@@ -16,6 +16,8 @@ public:
     bool Eof() const { return position_ >= bytes_.size(); }
     // The next line without its terminator; reading at the end is "Input past end of file" (62).
     std::string ReadLine();
+    // How many lines ReadLine would still give, counted without reading them.
+    std::size_t LinesLeft() const;
 
 private:
     std::string bytes_;

@@ -13,9 +13,18 @@ ProgramError CellTooLong() {
 }  // namespace
 
 void Table::AppendColumn(std::string name) {
+    const std::size_t before = columnNames_.size();
     columnNames_.push_back(std::move(name));
-    for (Row& row : rows_)
-        row.cells.emplace_back();
+    if (ids_.empty()) return;
+    // Every row gets an empty cell at its end.
+    CellStore widened;
+    widened.Reserve(ids_.size() * columnNames_.size());
+    for (std::size_t row = 0; row < ids_.size(); ++row) {
+        widened.AppendEmpty(columnNames_.size());
+        for (std::size_t column = 0; column < before; ++column)
+            widened.Set(row * columnNames_.size() + column, cells_.Text(row * before + column));
+    }
+    cells_ = std::move(widened);
 }
 
 const std::string& Table::ColumnName(int column) const {
@@ -24,12 +33,15 @@ const std::string& Table::ColumnName(int column) const {
 }
 
 void Table::AddNew() {
-    rows_.push_back(Row{nextId_++, std::vector<std::string>(columnNames_.size())});
+    ids_.push_back(nextId_++);
+    cells_.AppendEmpty(columnNames_.size());
     position_ = RecordCount() - 1;
 }
 
 void Table::Delete() {
-    rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(RowIndex(position_)));
+    const std::size_t row = RowIndex(position_);
+    ids_.erase(ids_.begin() + static_cast<std::ptrdiff_t>(row));
+    cells_.Erase(row * columnNames_.size(), columnNames_.size());
 }
 
 void Table::Move(std::int64_t n) {
@@ -39,42 +51,29 @@ void Table::Move(std::int64_t n) {
 }
 
 Table::Bookmark Table::GetBookmark() const {
-    return CurrentRow().id;
+    return ids_[RowIndex(position_)];
 }
 
 void Table::SetBookmark(Bookmark bookmark) {
     // Ids grow with every appended row, so the rows stay ordered by id.
-    auto it = std::lower_bound(rows_.begin(), rows_.end(), bookmark,
-                               [](const Row& row, Bookmark id) { return row.id < id; });
-    if (it == rows_.end() || it->id != bookmark) throw ProgramError::NoCurrentRecord();
-    position_ = it - rows_.begin();
+    auto it = std::lower_bound(ids_.begin(), ids_.end(), bookmark);
+    if (it == ids_.end() || *it != bookmark) throw ProgramError::NoCurrentRecord();
+    position_ = it - ids_.begin();
 }
 
-const std::string& Table::Field(int column) const {
-    const Row& row = CurrentRow();
-    return row.cells[ColumnIndex(row, column)];
+std::string Table::Cell(std::int64_t row, int column) const {
+    return cells_.Text(CellIndex(row, column));
 }
 
-void Table::SetField(int column, std::string text) {
-    SetCell(position_, column, std::move(text));
-}
-
-const std::string& Table::Cell(std::int64_t row, int column) const {
-    const Row& r = rows_[RowIndex(row)];
-    return r.cells[ColumnIndex(r, column)];
-}
-
-void Table::SetCell(std::int64_t row, int column, std::string text) {
+void Table::SetCell(std::int64_t row, int column, std::string_view text) {
     if (text.size() > kMaxCellLength) throw CellTooLong();
-    Row& r = rows_[RowIndex(row)];
-    r.cells[ColumnIndex(r, column)] = std::move(text);
+    cells_.Set(CellIndex(row, column), text);
 }
 
-const Table::Row& Table::CurrentRow() const {
-    return rows_[RowIndex(position_)];
-}
-Table::Row& Table::CurrentRow() {
-    return rows_[RowIndex(position_)];
+void Table::ReserveRows(std::int64_t rows) {
+    if (rows <= RecordCount()) return;
+    ids_.reserve(static_cast<std::size_t>(rows));
+    cells_.Reserve(static_cast<std::size_t>(rows) * columnNames_.size());
 }
 
 std::size_t Table::RowIndex(std::int64_t row) const {
@@ -82,10 +81,10 @@ std::size_t Table::RowIndex(std::int64_t row) const {
     return static_cast<std::size_t>(row);
 }
 
-std::size_t Table::ColumnIndex(const Row& row, int column) {
-    if (column < 0 || static_cast<std::size_t>(column) >= row.cells.size())
-        throw ProgramError::SubscriptOutOfRange();
-    return static_cast<std::size_t>(column);
+std::size_t Table::CellIndex(std::int64_t row, int column) const {
+    const std::size_t r = RowIndex(row);
+    if (column < 0 || column >= ColumnCount()) throw ProgramError::SubscriptOutOfRange();
+    return r * columnNames_.size() + static_cast<std::size_t>(column);
 }
 
 }  // namespace tavrelle

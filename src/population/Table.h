@@ -2,18 +2,22 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "population/CellStore.h"
 
 namespace tavrelle {
 
 // A small in-memory table of text cells with a cursor and bookmarks: the store's populations,
-// the grid's rows and the scratch sheets all live in one. Cells hold at most 255 characters.
-// Moving the cursor outside the rows or reading a cell where there is no current row is a
-// program error, as writing an over-long cell is.
+// the grid's rows and the scratch sheets all live in one. Cells hold at most 255 characters,
+// packed (CellStore.h): reading a cell makes a copy of its text. Moving the cursor outside the rows
+// or reading a cell where there is no current row is a program error, as writing an over-long cell
+// is.
 class Table {
 public:
     using Bookmark = std::int64_t;
-    static constexpr std::size_t kMaxCellLength = 255;
+    static constexpr std::size_t kMaxCellLength = CellStore::kMaxTextLength;
 
     void AppendColumn(std::string name);
     int ColumnCount() const { return static_cast<int>(columnNames_.size()); }
@@ -23,7 +27,7 @@ public:
     void AddNew();
     // Removes the current row; the cursor moves to the row that took its place.
     void Delete();
-    std::int64_t RecordCount() const { return static_cast<std::int64_t>(rows_.size()); }
+    std::int64_t RecordCount() const { return static_cast<std::int64_t>(ids_.size()); }
 
     void MoveFirst() { position_ = 0; }
     void MoveLast() { position_ = RecordCount() - 1; }
@@ -40,25 +44,24 @@ public:
     void SetBookmark(Bookmark bookmark);
 
     // Cells of the current row.
-    const std::string& Field(int column) const;
-    void SetField(int column, std::string text);
+    std::string Field(int column) const { return Cell(position_, column); }
+    void SetField(int column, std::string_view text) { SetCell(position_, column, text); }
 
     // Direct access by 0-based row, for readers that walk a whole table.
-    const std::string& Cell(std::int64_t row, int column) const;
-    void SetCell(std::int64_t row, int column, std::string text);
+    std::string Cell(std::int64_t row, int column) const;
+    void SetCell(std::int64_t row, int column, std::string_view text);
+
+    // Room for this many rows in all, so that a reader that knows its size grows the table once.
+    void ReserveRows(std::int64_t rows);
 
 private:
-    struct Row {
-        Bookmark id;
-        std::vector<std::string> cells;
-    };
-    const Row& CurrentRow() const;
-    Row& CurrentRow();
     std::size_t RowIndex(std::int64_t row) const;
-    static std::size_t ColumnIndex(const Row& row, int column);
+    std::size_t CellIndex(std::int64_t row, int column) const;
 
     std::vector<std::string> columnNames_;
-    std::vector<Row> rows_;
+    // Row by row, each row's cells in column order; ids_ holds each row's bookmark.
+    std::vector<Bookmark> ids_;
+    CellStore cells_;
     std::int64_t position_ = 0;
     Bookmark nextId_ = 1;
 };
