@@ -308,6 +308,9 @@ TEST(BatchProgramReports, SuspectValuesStopOmitOrProceed) {
     };
     Json stop = run("stop");
     EXPECT_EQ(std::get<std::string>(stop["check"]["action"].value), "stop");
+    EXPECT_EQ(std::get<std::string>(stop["error"].value),
+              "Suspect values were found and the population was not analysed (--on-suspect "
+              "stop).");
     const Json& unexpected = stop["check"]["unexpected"][0];
     EXPECT_EQ(std::get<std::string>(unexpected["value"].value), "999");
     EXPECT_EQ(std::get<double>(unexpected["row"].value), 3);
