@@ -220,6 +220,8 @@ void WritePopulation(JsonWriter& json, const PopulationResult& population) {
         json.EndObject();
     }
     json.EndArray();
+    json.Key("status");
+    json.String(population.Analysed() ? "analysed" : "stopped");
     json.Key("error");
     if (population.error)
         json.String(*population.error);

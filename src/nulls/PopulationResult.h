@@ -27,6 +27,18 @@ struct StudyPopulation {
     Table table;
 };
 
+// Why a population's run did not finish, so that a caller can word it for its own users; the
+// result's `error` holds the desktop program's message.
+enum class StopReason {
+    None,              // analysed
+    TooManySamples,    // more than a run can count
+    MotifMissing,      // a locus has no repeat motif
+    InsufficientData,  // too few samples
+    SuspectValues,     // the check found suspect values and the run was abandoned
+    RunError,          // a run-time error, in the run or before it
+    RunStopped,        // the run ended itself with a message
+};
+
 // What the Analyse command gives for one population: the check's findings, what was done with
 // them, and the run, or why there was none.
 struct PopulationResult {
@@ -39,6 +51,7 @@ struct PopulationResult {
     std::string action = "none";    // none, omit, proceed or stop
     std::vector<Message> messages;  // every box the desktop program would have shown
     std::optional<std::string> error;
+    StopReason stopReason = StopReason::None;       // set with `error`
     std::string errorLocus;                         // the locus the run had in hand when it failed
     std::unique_ptr<AlleleAnalysis> analysis;       // absent when no run took place
     std::optional<PopulationEstimates> likelihood;  // with every run that finished

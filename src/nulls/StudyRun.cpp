@@ -153,6 +153,7 @@ PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const Study
     RecordingPrompter prompter;
     // The counts of a run are 16-bit: a larger population would overflow them.
     if (result.samples > kMostSamples) {
+        result.stopReason = StopReason::TooManySamples;
         result.error = "The population has " + std::to_string(result.samples) +
                        " samples; at most " + std::to_string(kMostSamples) +
                        " samples of a population can be analysed. Divide it into smaller groups.";
@@ -173,12 +174,16 @@ PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const Study
             ApplyErrorDialogChoice(ChoiceOf(settings.onSuspect), table, cells, flags);
         }
         if (flags.AbandonRun || !flags.CheckOk) {
-            if (outcome.ending == CheckEnding::MotifMissing)
+            if (outcome.ending == CheckEnding::MotifMissing) {
+                result.stopReason = StopReason::MotifMissing;
                 result.error = "Please select a Repeat Motif for all Loci";
-            else if (outcome.ending == CheckEnding::InsufficientData)
+            } else if (outcome.ending == CheckEnding::InsufficientData) {
+                result.stopReason = StopReason::InsufficientData;
                 result.error = "Insufficient data to perform analysis";
-            else
+            } else {
+                result.stopReason = StopReason::SuspectValues;
                 result.error = "Suspect values were found and the population was not analysed.";
+            }
         } else {
             RunSettings run;
             run.seed = settings.seed;
@@ -192,9 +197,11 @@ PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const Study
             hooks.prompter = &prompter;
             result.analysis = std::make_unique<AlleleAnalysis>(table, run, hooks);
             if (result.analysis->RunError()) {
+                result.stopReason = StopReason::RunError;
                 result.error = RunTimeError(*result.analysis->RunError());
                 result.errorLocus = result.analysis->ErrorLocus();
             } else if (!result.analysis->StopMessage().empty()) {
+                result.stopReason = StopReason::RunStopped;
                 result.error = result.analysis->StopMessage();
             } else {
                 // A population alone may use every core; one of many, just its own.
@@ -204,6 +211,7 @@ PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const Study
             }
         }
     } catch (const ProgramError& error) {
+        result.stopReason = StopReason::RunError;
         result.error = RunTimeError(error);
     }
     result.messages = prompter.messages;

@@ -308,6 +308,10 @@ TEST(BatchProgramReports, SuspectValuesStopOmitOrProceed) {
     };
     Json stop = run("stop");
     EXPECT_EQ(std::get<std::string>(stop["check"]["action"].value), "stop");
+    EXPECT_EQ(std::get<std::string>(stop["status"].value), "stopped");
+    EXPECT_EQ(std::get<std::string>(stop["error"].value),
+              "Suspect values were found and the population was not analysed (--on-suspect "
+              "stop).");
     const Json& unexpected = stop["check"]["unexpected"][0];
     EXPECT_EQ(std::get<std::string>(unexpected["value"].value), "999");
     EXPECT_EQ(std::get<double>(unexpected["row"].value), 3);
@@ -317,6 +321,7 @@ TEST(BatchProgramReports, SuspectValuesStopOmitOrProceed) {
     EXPECT_EQ(std::get<double>(omit["loci"][0]["scored"].value), 4);  // a3 is now missing one
     Json proceed = run("proceed");
     EXPECT_EQ(std::get<double>(proceed["loci"][0]["highest"].value), 999);
+    EXPECT_EQ(std::get<std::string>(proceed["status"].value), "analysed");
 }
 
 }  // namespace

@@ -49,6 +49,10 @@ Json Prescribed(Json report) {
     for (Json& population :
          std::get<Json::Array>(std::get<Json::Object>(report.value)["populations"].value)) {
         auto& fields = std::get<Json::Object>(population.value);
+        const bool stopped = !std::holds_alternative<std::nullptr_t>(fields.at("error").value);
+        EXPECT_EQ(std::get<std::string>(fields.at("status").value),
+                  stopped ? "stopped" : "analysed");
+        fields.erase("status");
         const Json& inbreeding = fields.at("inbreeding");
         if (std::holds_alternative<std::nullptr_t>(inbreeding.value)) {
             fields.erase("inbreeding");  // no run, or one that stopped: no estimates beside it

@@ -74,6 +74,33 @@ TEST(StudyRun, AFailureWhileDeliveringStopsTheStudyAndReachesTheCaller) {
     EXPECT_EQ(delivered, 2);
 }
 
+TEST(StudyRun, APopulationNotAnalysedSaysWhyInACode) {
+    const struct {
+        const char* what;
+        int samples;
+        bool motif;
+        const char* firstAllele;  // of the first sample, as the file holds it; "" leaves it
+        SuspectPolicy onSuspect;
+        StopReason reason;
+    } cases[] = {
+        {"analysed", 30, true, "999", SuspectPolicy::Proceed, StopReason::None},
+        {"no repeat motif", 30, false, "", SuspectPolicy::Stop, StopReason::MotifMissing},
+        {"three samples", 3, true, "", SuspectPolicy::Stop, StopReason::InsufficientData},
+        {"an allele above the largest size", 30, true, "999", SuspectPolicy::Stop,
+         StopReason::SuspectValues},
+    };
+    for (const auto& c : cases) {
+        StudyPopulation population = SimulatedStudy(5, {c.samples}, 2).front();
+        if (*c.firstAllele != '\0') population.table.SetCell(2, 2, c.firstAllele);
+        StudySettings settings = Settings(1);
+        settings.onSuspect = c.onSuspect;
+        if (!c.motif) settings.repeatForAll.reset();
+        const PopulationResult result = AnalyseStudyPopulation(population, settings, false);
+        EXPECT_EQ(result.stopReason, c.reason) << c.what;
+        EXPECT_EQ(result.Analysed(), c.reason == StopReason::None) << c.what;
+    }
+}
+
 TEST(StudyRun, SuspectCountLeavesOutMissingAlleles) {
     PopulationResult result;
     result.unexpected = {{"0", 1, 3}, {"000", 2, 3}, {"999", 3, 4}};
