@@ -106,16 +106,14 @@ struct LoadedStore {
 
 std::vector<StudyPopulation> ChosenPopulations(InputDataSource& store,
                                                const BatchOptions& options) {
-    std::vector<StudyPopulation> all = StudyPopulations(store);
-    if (options.populations.empty()) return all;
-    std::vector<StudyPopulation> chosen;
-    for (int number : options.populations) {
-        if (number > static_cast<int>(all.size()))
+    if (options.populations.empty()) return StudyPopulations(store);
+    int count = 0;
+    std::vector<StudyPopulation> chosen = StudyPopulations(store, options.populations, count);
+    for (int number : options.populations)
+        if (number > count)
             throw BatchUsageError(
-                "--population: " + options.file + " has " + std::to_string(all.size()) +
+                "--population: " + options.file + " has " + std::to_string(count) +
                 " population(s): there is no population " + std::to_string(number) + ".");
-        chosen.push_back(all[static_cast<std::size_t>(number - 1)]);
-    }
     return chosen;
 }
 

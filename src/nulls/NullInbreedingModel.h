@@ -13,7 +13,7 @@ struct ModelTerms {
     bool inbreeding = true;
     // Loci whose null allele is held at 0 even though `nulls` frees the others (only loci
     // without blanks; empty: none).
-    std::vector<bool> heldNulls;
+    std::vector<bool> heldNulls = {};
 
     bool NullAt(std::size_t locus) const {
         return nulls && (locus >= heldNulls.size() || !heldNulls[locus]);

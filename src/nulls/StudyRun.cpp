@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <condition_variable>
 #include <exception>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <thread>
@@ -141,6 +142,23 @@ std::vector<StudyPopulation> StudyPopulations(InputDataSource& store) {
         all.push_back({store.CurrentPopulation(), store.rsAlleleData});
     }
     return all;
+}
+
+std::vector<StudyPopulation> StudyPopulations(InputDataSource& store,
+                                              const std::vector<int>& numbers, int& count) {
+    std::map<int, StudyPopulation> wanted;
+    count = 0;
+    do {
+        if (count > 0) store.NextPopulation();
+        ++count;
+        if (std::find(numbers.begin(), numbers.end(), count) != numbers.end())
+            wanted.emplace(count, StudyPopulation{store.CurrentPopulation(), store.rsAlleleData});
+    } while (store.IsAnotherPop());
+    std::vector<StudyPopulation> chosen;
+    for (int number : numbers)
+        if (const auto found = wanted.find(number); found != wanted.end())
+            chosen.push_back(found->second);
+    return chosen;
 }
 
 PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const StudySettings& settings,

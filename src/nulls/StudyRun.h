@@ -17,6 +17,11 @@ class InputDataSource;
 // the last one.
 std::vector<StudyPopulation> StudyPopulations(InputDataSource& store);
 
+// The populations numbered `numbers` (from 1, in that order, repeats kept), copying no other;
+// a number beyond the file's populations is left out. `count` receives how many there are.
+std::vector<StudyPopulation> StudyPopulations(InputDataSource& store,
+                                              const std::vector<int>& numbers, int& count);
+
 // The most samples a population may have: its counts are 16-bit.
 inline constexpr std::int64_t kMostSamples = 32767;
 
