@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "../support/SimulatedGenepop.h"
 #include "../support/SimulatedStudy.h"
+#include "../support/TempFolder.h"
+#include "population/InputDataSource.h"
 
 namespace tavrelle {
 namespace {
@@ -98,6 +101,24 @@ TEST(StudyRun, APopulationNotAnalysedSaysWhyInACode) {
         const PopulationResult result = AnalyseStudyPopulation(population, settings, false);
         EXPECT_EQ(result.stopReason, c.reason) << c.what;
         EXPECT_EQ(result.Analysed(), c.reason == StopReason::None) << c.what;
+    }
+}
+
+// Chosen populations come in the order asked for, repeats kept, each its own; a number beyond
+// the file is left out and the count says how many there are.
+TEST(StudyRun, ChosenPopulationsAreCopiedInTheOrderAsked) {
+    testing::TempFolder folder;
+    const std::string path = folder.Write("four.gen", testing::SimulatedGenepop({5, 6, 7, 8}));
+    RecordingPrompter prompter;
+    InputDataSource store(testing::FileRequest(path), prompter);
+    int count = 0;
+    const std::vector<StudyPopulation> chosen = StudyPopulations(store, {3, 1, 3, 9}, count);
+    EXPECT_EQ(count, 4);
+    ASSERT_EQ(chosen.size(), 3U);
+    const std::vector<std::pair<int, std::int64_t>> expected = {{3, 7}, {1, 5}, {3, 7}};
+    for (std::size_t i = 0; i < chosen.size(); ++i) {
+        EXPECT_EQ(chosen[i].number, expected[i].first);
+        EXPECT_EQ(chosen[i].table.RecordCount() - 2, expected[i].second);
     }
 }
 
