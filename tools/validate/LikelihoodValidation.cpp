@@ -150,7 +150,7 @@ int ValidateLikelihood(const std::string& tables, int populations, int bootstrap
         std::printf(" %.0f%% |\n", s.inbreeding.Coverage());
     }
     std::printf("\nLoci called null (no null allele in the rows with null 0.0)\n\n");
-    std::printf("| null | F | samples | prescribed verdict \"yes\" | joint model |\n");
+    std::printf("| null | F | samples | randomisation verdict \"yes\" | joint model |\n");
     std::printf("|---:|---:|---:|---:|---:|\n");
     for (std::size_t i = 0; i < everyLocus; ++i) {
         const Setting& s = settings[i];
