@@ -9,6 +9,7 @@
 #include <QPainter>
 #include <QPdfWriter>
 #include <QPushButton>
+#include <QScreen>
 #include <QSpinBox>
 #include <QSvgGenerator>
 #include <QTableWidget>
@@ -215,9 +216,22 @@ void frmLikelihood::ShowResult() {
     }
     EstimatesTable->setVerticalHeaderLabels(names);
     EstimatesTable->resizeColumnsToContents();
+    WidenToTable();
     Plot->SetEstimates(&result_);
     ComputeButton->setEnabled(true);
     emit Computed();
+}
+
+// Seven estimates with intervals are wider than the window's first size: the window grows to
+// show every column, as far as the screen allows.
+void frmLikelihood::WidenToTable() {
+    int needed = EstimatesTable->verticalHeader()->width() + 2 * EstimatesTable->frameWidth();
+    for (int column = 0; column < EstimatesTable->columnCount(); ++column)
+        needed += EstimatesTable->columnWidth(column);
+    needed += width() - EstimatesTable->width();  // the margins around the table
+    const QScreen* shown = screen();
+    const int most = shown ? shown->availableGeometry().width() : needed;
+    if (needed > width()) resize(std::min(needed, std::max(most, width())), height());
 }
 
 bool frmLikelihood::SavePlot(const std::string& path) const {

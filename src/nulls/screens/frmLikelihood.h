@@ -55,6 +55,7 @@ signals:
 
 private:
     void ShowResult();
+    void WidenToTable();
 
     Table population_;
     std::uint64_t seed_;
