@@ -236,9 +236,7 @@ BatchCounts RunBatch(const BatchOptions& options, const std::filesystem::path& t
     RunStudy(chosen, settings, [&](PopulationResult&& population) {
         // The engine's message leaves out what stopped the run; here an option did.
         if (population.stopReason == StopReason::SuspectValues && population.action == "stop")
-            population.error =
-                "Suspect values were found and the population was not analysed (--on-suspect "
-                "stop).";
+            population.error->insert(population.error->size() - 1, " (--on-suspect stop)");
         Note(notes, population);
         ++(population.Analysed() ? counts.analysed : counts.stopped);
         reports.Write([&](ReportStream& stream) { return stream.Population(population); });

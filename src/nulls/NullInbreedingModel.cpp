@@ -47,6 +47,11 @@ private:
     std::size_t size_ = 1;
 };
 
+// A visible allele's share of the scored copies: the Hardy-Weinberg estimate without nulls.
+double ObservedFrequency(const LocusGenotypeTally& t, std::size_t allele) {
+    return (2 * t.homozygotes[allele] + t.heterozygousCopies[allele]) / (2 * t.Scored());
+}
+
 double LogOf(double count, double probability) {
     return count > 0 ? count * std::log(probability) : 0.0;
 }
@@ -75,14 +80,14 @@ public:
     // allele that fit put at 0, start from 0.01, so that EM finds out afresh which side of the
     // boundary this sample's maximum lies on.
     std::vector<double> From(const ModelFit& fit) const {
-        std::vector<double> theta(layout_.Size(), 0.0);
+        std::vector<double> theta = Packed(fit);
         theta[0] = terms_.inbreeding ? std::max(fit.f, kWarmFloor) : 0.0;
         for (std::size_t l = 0; l < loci_.size(); ++l) {
             const bool free = terms_.NullAt(l) && loci_[l].Individuals() > 0;
             const double pn = free ? std::max(fit.nulls[l], kWarmFloor) : 0.0;
             const double scale = (1 - pn) / (1 - (terms_.nulls ? fit.nulls[l] : 0.0));
             for (std::size_t i = 0; i < fit.visible[l].size(); ++i)
-                theta[layout_.Visible(l) + i] = fit.visible[l][i] * scale;
+                theta[layout_.Visible(l) + i] *= scale;
             theta[layout_.Null(l, loci_[l])] = pn;
         }
         return theta;
@@ -90,12 +95,7 @@ public:
 
     // Whether EM raises F from just above 0 at the given fit with F = 0.
     bool Rises(const ModelFit& atZero) const {
-        std::vector<double> theta(layout_.Size(), 0.0);
-        for (std::size_t l = 0; l < loci_.size(); ++l) {
-            std::copy(atZero.visible[l].begin(), atZero.visible[l].end(),
-                      theta.begin() + static_cast<std::ptrdiff_t>(layout_.Visible(l)));
-            theta[layout_.Null(l, loci_[l])] = atZero.nulls[l];
-        }
+        std::vector<double> theta = Packed(atZero);
         theta[0] = kProbe;
         std::vector<double> next(theta.size());
         Step(theta, next);
@@ -111,8 +111,7 @@ public:
             const bool nulls = terms_.NullAt(l) && t.Individuals() > 0;
             const double room = nulls ? (copies > 0 ? 1 - kStart : 0.0) : 1.0;
             for (std::size_t i = 0; i < t.alleles.size(); ++i)
-                theta[layout_.Visible(l) + i] =
-                    room * (2 * t.homozygotes[i] + t.heterozygousCopies[i]) / copies;
+                theta[layout_.Visible(l) + i] = room * ObservedFrequency(t, i);
             theta[layout_.Null(l, t)] = nulls ? 1 - room : 0.0;
         }
         return theta;
@@ -216,6 +215,18 @@ public:
     }
 
 private:
+    // A fit's parameters as one vector.
+    std::vector<double> Packed(const ModelFit& fit) const {
+        std::vector<double> theta = {fit.f};
+        theta.resize(layout_.Size(), 0.0);
+        for (std::size_t l = 0; l < loci_.size(); ++l) {
+            std::copy(fit.visible[l].begin(), fit.visible[l].end(),
+                      theta.begin() + static_cast<std::ptrdiff_t>(layout_.Visible(l)));
+            theta[layout_.Null(l, loci_[l])] = fit.nulls[l];
+        }
+        return theta;
+    }
+
     struct Scratch {
         Scratch(std::size_t size, std::size_t blocks)
             : one(size), two(size), jump(size), alpha(blocks) {}
@@ -238,7 +249,7 @@ private:
 
     // One squared-extrapolation cycle from theta; true when EM no longer moves it. EM creeps
     // towards a maximum on the boundary (ever more slowly as the slope there flattens), so a
-    // boundary coordinate that an extrapolation carries below 0, or that falls below 1e-12, is
+    // boundary coordinate that an extrapolation carries below 0, or that falls below kPin, is
     // set to 0, where EM holds it; Release() checks afterwards that 0 is right.
     bool Cycle(std::vector<double>& theta, double& objective, const std::vector<int>& releases,
                Scratch& scratch, int& iterations) const {
@@ -355,7 +366,7 @@ bool NullFreeMaximum(const LocusGenotypeTally& t, std::vector<double>& frequenci
     double slope = 0;
     frequencies.assign(t.alleles.size(), 0.0);
     for (std::size_t i = 0; i < t.alleles.size(); ++i) {
-        frequencies[i] = (2 * t.homozygotes[i] + t.heterozygousCopies[i]) / (2 * scored);
+        frequencies[i] = ObservedFrequency(t, i);
         if (t.homozygotes[i] > 0) slope += t.homozygotes[i] / frequencies[i];
     }
     return slope <= scored;
@@ -405,10 +416,8 @@ ModelFit WithNullsHeld(const std::vector<LocusGenotypeTally>& loci, ModelFit apa
     bool changed = false;
     for (std::size_t l = 0; l < loci.size(); ++l) {
         if (terms.NullAt(l) || apart.nulls[l] == 0) continue;
-        const LocusGenotypeTally& t = loci[l];
-        const double copies = 2 * t.Scored();
-        for (std::size_t i = 0; i < t.alleles.size(); ++i)
-            apart.visible[l][i] = (2 * t.homozygotes[i] + t.heterozygousCopies[i]) / copies;
+        for (std::size_t i = 0; i < loci[l].alleles.size(); ++i)
+            apart.visible[l][i] = ObservedFrequency(loci[l], i);
         apart.nulls[l] = 0;
         changed = true;
     }

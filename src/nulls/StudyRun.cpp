@@ -134,26 +134,37 @@ private:
 
 }  // namespace
 
-std::vector<StudyPopulation> StudyPopulations(InputDataSource& store) {
-    std::vector<StudyPopulation> all;
-    all.push_back({store.CurrentPopulation(), store.rsAlleleData});
+namespace {
+
+// Calls `visit` with each population's number, the store at that population, in file order.
+template <typename Visit>
+void EachPopulation(InputDataSource& store, Visit visit) {
+    int number = 1;
+    visit(number);
     while (store.IsAnotherPop()) {
         store.NextPopulation();
-        all.push_back({store.CurrentPopulation(), store.rsAlleleData});
+        visit(++number);
     }
+}
+
+}  // namespace
+
+std::vector<StudyPopulation> StudyPopulations(InputDataSource& store) {
+    std::vector<StudyPopulation> all;
+    EachPopulation(store, [&](int) {
+        all.push_back({store.CurrentPopulation(), store.rsAlleleData});
+    });
     return all;
 }
 
 std::vector<StudyPopulation> StudyPopulations(InputDataSource& store,
                                               const std::vector<int>& numbers, int& count) {
     std::map<int, StudyPopulation> wanted;
-    count = 0;
-    do {
-        if (count > 0) store.NextPopulation();
-        ++count;
-        if (std::find(numbers.begin(), numbers.end(), count) != numbers.end())
-            wanted.emplace(count, StudyPopulation{store.CurrentPopulation(), store.rsAlleleData});
-    } while (store.IsAnotherPop());
+    EachPopulation(store, [&](int number) {
+        count = number;
+        if (std::find(numbers.begin(), numbers.end(), number) != numbers.end())
+            wanted.emplace(number, StudyPopulation{store.CurrentPopulation(), store.rsAlleleData});
+    });
     std::vector<StudyPopulation> chosen;
     for (int number : numbers)
         if (const auto found = wanted.find(number); found != wanted.end())
