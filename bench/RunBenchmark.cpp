@@ -3,8 +3,8 @@
 #include <benchmark/benchmark.h>
 
 #include "../tests/support/SimulatedPopulation.h"
-#include "analysis/AlleleAnalysis.h"
 #include "analysis/RandomNumGen.h"
+#include "run/AlleleAnalysis.h"
 
 namespace tavrelle {
 namespace {

@@ -7,9 +7,9 @@
 #include <cstdlib>
 
 #include "../tests/support/SimulatedStudy.h"
-#include "nulls/StudyRun.h"
-#include "nulls/StudySource.h"
-#include "nulls/StudyTable.h"
+#include "formats/StudySource.h"
+#include "run/StudyRun.h"
+#include "run/StudyTable.h"
 
 namespace tavrelle {
 namespace {

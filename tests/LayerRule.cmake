@@ -1,6 +1,9 @@
 # The layer check: reads every #include under SOURCE_DIR/src and fails when one crosses the line
 # that cmake/Layers.cmake draws:
-#   - the engine includes no Qt header and nothing from screens, widgets, session or batch;
+#   - the engine includes no Qt header and nothing from formats, screens, widgets, session or
+#     batch, and each engine folder includes only itself and the folders below it in the engine
+#     order;
+#   - the formats library includes only the engine and itself;
 #   - nothing outside batch/ includes batch/;
 #   - screens and widgets never include session/.
 # Run with -DSOURCE_DIR=<tree> [-DRULES=<cmake/Layers.cmake>].
@@ -10,24 +13,40 @@ if(NOT RULES)
 endif()
 include(${RULES})
 
-tavrelle_layer_sources(${SOURCE_DIR} sources engine screens widgets session batch)
+tavrelle_layer_sources(${SOURCE_DIR} sources engine formats screens widgets session batch)
 set(offences "")
 foreach(source IN LISTS sources)
     file(RELATIVE_PATH relative ${SOURCE_DIR}/src ${source})
     tavrelle_layer_of(${relative} layer)
+    set(rank -1)
+    if(layer STREQUAL "engine")
+        tavrelle_engine_rank(${relative} rank)
+        if(rank EQUAL -1)
+            list(APPEND offences "  src/${relative}: an engine folder outside the engine order\n")
+        endif()
+    endif()
     file(STRINGS ${source} includes REGEX "^[ \t]*#[ \t]*include[ \t]*[<\"]")
     foreach(line IN LISTS includes)
         string(REGEX REPLACE "^[ \t]*#[ \t]*include[ \t]*[<\"]([^>\"]*)[>\"].*$" "\\1" header
                              "${line}")
         set(why "")
         if(line MATCHES "<")
-            if(layer STREQUAL "engine" AND header MATCHES "^(Q|qt)")
-                set(why "the engine includes a Qt header")
+            if(layer MATCHES "^(engine|formats)$" AND header MATCHES "^(Q|qt)")
+                set(why "the ${layer} includes a Qt header")
             endif()
         else()
             tavrelle_layer_of(${header} target)
             if(layer STREQUAL "engine" AND NOT target STREQUAL "engine")
                 set(why "the engine includes a file of ${target}")
+            elseif(layer STREQUAL "engine")
+                tavrelle_engine_rank(${header} target_rank)
+                if(rank GREATER -1 AND target_rank GREATER rank)
+                    string(REGEX REPLACE "/.*$" "" from "${relative}")
+                    string(REGEX REPLACE "/.*$" "" to "${header}")
+                    set(why "${from}/ stands below ${to}/ in the engine order")
+                endif()
+            elseif(layer STREQUAL "formats" AND NOT target MATCHES "^(engine|formats)$")
+                set(why "the formats library includes a file of ${target}")
             elseif(target STREQUAL "batch" AND NOT layer STREQUAL "batch")
                 set(why "only the batch program includes batch/")
             elseif(target STREQUAL "session" AND layer MATCHES "^(screens|widgets)$")

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "analysis/GenotypeSet.h"
 #include "analysis/RoundMatrix.h"
 #include "analysis/StatisticalTables.h"
+#include "population/GenotypeSet.h"
 
 namespace tavrelle {
 

@@ -1,6 +1,6 @@
 #include "analysis/ClassLists.h"
 
-#include "analysis/ShellSort.h"
+#include "base/ShellSort.h"
 
 namespace tavrelle {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "analysis/GenotypeSet.h"
+#include "population/GenotypeSet.h"
 
 namespace tavrelle {
 

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "analysis/ConfidenceBounds.h"
-#include "analysis/GenotypeSet.h"
+#include "population/GenotypeSet.h"
 
 namespace tavrelle {
 

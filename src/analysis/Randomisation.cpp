@@ -3,7 +3,7 @@
 #include <bit>
 #include <cstdlib>
 
-#include "analysis/ShellSort.h"
+#include "base/ShellSort.h"
 
 namespace tavrelle {
 

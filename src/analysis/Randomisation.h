@@ -4,9 +4,9 @@
 #include <span>
 #include <vector>
 
-#include "analysis/GenotypeSet.h"
 #include "analysis/RandomNumGen.h"
 #include "analysis/RoundMatrix.h"
+#include "population/GenotypeSet.h"
 
 namespace tavrelle {
 

@@ -6,8 +6,8 @@
 #include <functional>
 #include <string>
 
-#include "analysis/GenotypeSet.h"
 #include "base/Int16.h"
+#include "population/GenotypeSet.h"
 
 namespace tavrelle {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "base/Int16.h"
-#include "nulls/StudySettings.h"
+#include "run/StudySettings.h"
 
 namespace tavrelle {
 

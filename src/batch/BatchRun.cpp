@@ -5,15 +5,16 @@
 #include "analysis/ClockSeed.h"
 #include "analysis/StatisticalTables.h"
 #include "base/Numbers.h"
-#include "batch/BatchReport.h"
 #include "batch/LocusMotifs.h"
 #include "batch/ReportOutput.h"
-#include "nulls/StudyRun.h"
+#include "formats/ExcelWorkbookWriter.h"
+#include "formats/SheetReaders.h"
 #include "population/ExcelTexts.h"
-#include "population/ExcelWorkbookWriter.h"
 #include "population/FileKind.h"
 #include "population/GenepopWriter.h"
 #include "population/InputDataSource.h"
+#include "report/ReportStream.h"
+#include "run/StudyRun.h"
 
 namespace tavrelle {
 

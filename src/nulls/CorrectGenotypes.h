@@ -3,8 +3,8 @@
 #include <array>
 #include <vector>
 
-#include "analysis/GenotypeSet.h"
 #include "nulls/NullAlleleEstimates.h"
+#include "population/GenotypeSet.h"
 
 namespace tavrelle {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "analysis/GenotypeSet.h"
+#include "population/GenotypeSet.h"
 
 namespace tavrelle {
 

@@ -3,7 +3,7 @@
 #include <span>
 #include <utility>
 
-#include "analysis/ShellSort.h"
+#include "base/ShellSort.h"
 
 namespace tavrelle {
 

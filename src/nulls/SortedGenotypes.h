@@ -1,7 +1,7 @@
 #pragma once
 
-#include "analysis/GenotypeSet.h"
 #include "nulls/AlleleCountTable.h"
+#include "population/GenotypeSet.h"
 
 namespace tavrelle {
 

@@ -1,9 +1,6 @@
 #pragma once
 
-#include <memory>
 #include <string_view>
-
-#include "population/ExcelSheetReader.h"
 
 namespace tavrelle {
 
@@ -18,8 +15,5 @@ FileKind KindOfFile(std::string_view fileName);
 inline bool IsExcelKind(FileKind kind) {
     return kind != FileKind::Genepop;
 }
-
-// The sheet reader for a workbook kind; nullptr for Genepop.
-std::unique_ptr<ExcelSheetReader> MakeExcelSheetReader(FileKind kind);
 
 }  // namespace tavrelle

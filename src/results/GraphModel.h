@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "analysis/ConfidenceBounds.h"
-#include "analysis/GenotypeSet.h"
 #include "analysis/RoundMatrix.h"
+#include "population/GenotypeSet.h"
 
 namespace tavrelle {
 

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "nulls/StudyHeatMap.h"
+#include "base/XmlText.h"
 
 namespace tavrelle {
 

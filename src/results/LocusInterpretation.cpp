@@ -35,7 +35,7 @@ std::string ProbabilityTable(const BinomialOutcome& binomial) {
 
 }  // namespace
 
-LocusConclusions LocusInterpretation(const LocusResult& locus) {
+LocusConclusions LocusInterpretation(const LocusTestResult& locus) {
     LocusConclusions conclusions;
     conclusions.nullPresent = "no";
     const double expected = std::floor(locus.binomial.homozygoteTotals[1] * 1000) / 1000;

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "analysis/LocusResult.h"
+#include "analysis/LocusTestResult.h"
 
 namespace tavrelle {
 
@@ -17,6 +17,6 @@ struct LocusConclusions {
 // Without an excess of homozygotes no verdict is possible; with one, an excess across most size
 // classes says null allele, otherwise large allele drop-out; a shortage of one-repeat pairs says
 // stutter, beside either.
-LocusConclusions LocusInterpretation(const LocusResult& locus);
+LocusConclusions LocusInterpretation(const LocusTestResult& locus);
 
 }  // namespace tavrelle

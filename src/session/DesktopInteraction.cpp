@@ -8,6 +8,7 @@
 #include <QUrl>
 
 #include "checking/screens/frmErrorDialog.h"
+#include "formats/SheetReaders.h"
 #include "population/FileKind.h"
 #include "population/screens/frmExcelExample.h"
 #include "population/screens/frmGenepopExample.h"

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "analysis/AlleleAnalysis.h"
 #include "base/Int16.h"
 #include "population/InputDataSource.h"
+#include "run/AlleleAnalysis.h"
 
 namespace tavrelle {
 

@@ -11,7 +11,8 @@
 
 #include "base/InstallPaths.h"
 #include "base/Numbers.h"
-#include "population/ExcelWorkbookWriter.h"
+#include "formats/ExcelWorkbookWriter.h"
+#include "formats/SheetReaders.h"
 #include "population/FileKind.h"
 #include "population/GenepopWriter.h"
 #include "population/PopulationName.h"

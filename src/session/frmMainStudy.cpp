@@ -4,7 +4,7 @@
 #include <QLineEdit>
 
 #include "base/Numbers.h"
-#include "results/screens/frmStudyOverview.h"
+#include "run/screens/frmStudyOverview.h"
 #include "session/frmMain.h"
 
 namespace tavrelle {

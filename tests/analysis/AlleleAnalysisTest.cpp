@@ -1,4 +1,4 @@
-#include "analysis/AlleleAnalysis.h"
+#include "run/AlleleAnalysis.h"
 
 #include <gtest/gtest.h>
 

@@ -6,7 +6,7 @@
 #include <map>
 
 #include "analysis/ClassLists.h"
-#include "analysis/ShellSort.h"
+#include "base/ShellSort.h"
 
 namespace tavrelle {
 namespace {

@@ -9,7 +9,7 @@
 #include "../support/SimulatedGenepop.h"
 #include "../support/TempFolder.h"
 #include "batch/BatchOptions.h"
-#include "nulls/StudyRun.h"
+#include "run/StudyRun.h"
 
 namespace tavrelle {
 namespace {

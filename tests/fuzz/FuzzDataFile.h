@@ -9,6 +9,7 @@
 #include <string>
 
 #include "base/Prompter.h"
+#include "formats/SheetReaders.h"
 #include "population/FileKind.h"
 #include "population/InputDataSource.h"
 

@@ -9,9 +9,9 @@
 #include <sstream>
 
 #include "Simulator.h"
-#include "nulls/StudyTableExport.h"
 #include "results/screens/frmDrawGraph.h"
-#include "results/screens/frmStudyOverview.h"
+#include "run/StudyTableExport.h"
+#include "run/screens/frmStudyOverview.h"
 #include "tests/gui/ScreenFixture.h"
 #include "tests/gui/Screenshot.h"
 

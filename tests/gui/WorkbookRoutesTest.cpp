@@ -4,6 +4,7 @@
 
 #include <QComboBox>
 
+#include "formats/SheetReaders.h"
 #include "population/FileKind.h"
 
 namespace tavrelle {

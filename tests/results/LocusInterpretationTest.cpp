@@ -5,8 +5,8 @@
 namespace tavrelle {
 namespace {
 
-LocusResult Locus(bool excess, bool classWide, bool oneRepeat) {
-    LocusResult locus;
+LocusTestResult Locus(bool excess, bool classWide, bool oneRepeat) {
+    LocusTestResult locus;
     locus.name = "Ab7";
     locus.decisions.homozygoteExcess = excess;
     locus.decisions.classWideExcess = classWide;
@@ -67,11 +67,11 @@ TEST(LocusInterpretation, ProbabilityTableOrTheOneClassNote) {
     const std::string note =
         "Locus: Ab7\r\n\t\r\n\r\n\tMore than 50% of the alleles at this locus are of one allele "
         "size class.\r\n\tBinomial analysis could not be performed.\r\n";
-    LocusResult single = Locus(false, false, false);
+    LocusTestResult single = Locus(false, false, false);
     single.binomial.classProbabilities = {{150, 0, 0, 1}};
     EXPECT_EQ(LocusInterpretation(single).probabilityText, note);
     // A zero first class sets the note, but a later non-zero class brings the table back.
-    LocusResult later = Locus(false, false, false);
+    LocusTestResult later = Locus(false, false, false);
     later.binomial.classProbabilities = {{100, 0, 0, 1}, {102, 0.5, 0, 0.4}};
     EXPECT_EQ(LocusInterpretation(later).probabilityText,
               "Locus: Ab7\r\n\tProbability of observed homozygote class frequency: \r\n\t\t\t"

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "../support/SimulatedPopulation.h"
-#include "nulls/PopulationResult.h"
+#include "run/PopulationResult.h"
 
 namespace tavrelle {
 

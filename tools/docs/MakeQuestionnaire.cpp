@@ -9,7 +9,7 @@
 #include <sstream>
 #include <string>
 
-#include "population/Biff8Writer.h"
+#include "formats/Biff8Writer.h"
 #include "population/WorksheetCells.h"
 
 int main(int argc, char** argv) {

@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "analysis/AlleleAnalysis.h"
+#include "run/AlleleAnalysis.h"
 
 namespace tavrelle {
 

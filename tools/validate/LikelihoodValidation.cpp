@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "../../tests/support/SimulatedPopulation.h"
-#include "analysis/AlleleAnalysis.h"
 #include "nulls/LikelihoodEstimates.h"
+#include "run/AlleleAnalysis.h"
 
 namespace {
 

@@ -16,7 +16,7 @@
 #include "../../tests/support/SimulatedPopulation.h"
 #include "AnalyseCommand.h"
 #include "LikelihoodValidation.h"
-#include "analysis/AlleleAnalysis.h"
+#include "run/AlleleAnalysis.h"
 
 namespace {
 

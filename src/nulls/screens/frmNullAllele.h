@@ -3,7 +3,7 @@
 #include <QDialog>
 #include <functional>
 
-#include "analysis/AlleleAnalysis.h"
+#include "run/AlleleAnalysis.h"
 
 class QLineEdit;
 class QPlainTextEdit;

@@ -1,1 +1,1 @@
-#include "batch/BatchReport.h"
+#include "batch/BatchOptions.h"

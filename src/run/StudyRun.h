@@ -1,0 +1,42 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include "base/CpuCount.h"
+#include "run/PopulationResult.h"
+#include "run/StudySettings.h"
+
+namespace tavrelle {
+
+class InputDataSource;
+
+// Every population of a loaded store, in file order; the store's current population is left at
+// the last one.
+std::vector<StudyPopulation> StudyPopulations(InputDataSource& store);
+
+// The populations numbered `numbers` (from 1, in that order, repeats kept), copying no other;
+// a number beyond the file's populations is left out. `count` receives how many there are.
+std::vector<StudyPopulation> StudyPopulations(InputDataSource& store,
+                                              const std::vector<int>& numbers, int& count);
+
+// The most samples a population may have: its counts are 16-bit.
+inline constexpr std::int64_t kMostSamples = 32767;
+
+// The Analyse command on one population with nobody at the dialogs: the check, the choice about
+// suspect values that the settings make, and the run with a fresh generator from the seed.
+// `threaded` draws the random numbers on a second thread.
+PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const StudySettings& settings,
+                                        bool threaded);
+
+// Analyses the populations in parallel, each on its own, and hands each result to `deliver` in
+// file order as soon as it and those before it are done, so that a caller that writes and drops
+// them keeps only a few in memory. `deliver` runs on the calling thread. When `cancel` becomes
+// true no new population starts; those under way finish and are delivered, and the rest are not.
+void RunStudy(std::vector<StudyPopulation>& populations, const StudySettings& settings,
+              const std::function<void(PopulationResult&&)>& deliver,
+              const std::atomic<bool>* cancel = nullptr);
+
+}  // namespace tavrelle

@@ -1,0 +1,1 @@
+#include "nulls/NullAlleleEstimates.h"

@@ -1,0 +1,1 @@
+#include "formats/XlsxReader.h"

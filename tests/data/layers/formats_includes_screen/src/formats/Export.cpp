@@ -1,0 +1,1 @@
+#include "run/screens/frmStudyOverview.h"
