@@ -27,7 +27,7 @@ std::vector<StudyPopulation> Populations(std::string& label) {
 void StudyOverviewTable(benchmark::State& state) {
     std::string label;
     const std::vector<StudyPopulation> all = Populations(label);
-    StudySettings settings;
+    RunSettings settings;
     settings.seed = 12345;
     settings.randomisations = 1000;
     settings.repeatForAll = 2;

@@ -6,29 +6,28 @@
 
 namespace tavrelle {
 
-double ConfidenceLevel(Int16 confidenceCode, Int16 rounds, int countedClasses) {
-    switch (confidenceCode) {
-        case k95Percent:
+double ConfidenceLevel(Confidence confidence, Int16 rounds, int countedClasses) {
+    switch (confidence) {
+        case Confidence::Percent95:
             return 95;
-        case k99Percent:
+        case Confidence::Percent99:
             return 99;
-        case kFullRange:
+        case Confidence::FullRange:
             return 100;
-        case kBonferroni: {
+        case Confidence::Bonferroni: {
             if (countedClasses == 0) throw ProgramError::DivisionByZero();
             double alpha = 1 - std::pow(0.95, 1.0 / countedClasses);
             return 100 - rounds * alpha;
         }
-        default:
-            throw ProgramError::SubscriptOutOfRange();
     }
+    throw ProgramError::SubscriptOutOfRange();
 }
 
-BoundsTable ConfidenceBounds(const RoundMatrix& sorted, Int16 rounds, Int16 confidenceCode) {
+BoundsTable ConfidenceBounds(const RoundMatrix& sorted, Int16 rounds, Confidence confidence) {
     int counted = 0;
     for (int c = 0; c < sorted.Classes(); ++c)
         if (rounds > 0 && sorted.At(c, rounds - 1) > 0) ++counted;
-    double level = ConfidenceLevel(confidenceCode, rounds, counted);
+    double level = ConfidenceLevel(confidence, rounds, counted);
     double tail = (1000 - level * 10) / 2;
     double scale = rounds / 1000.0;
     Int16 lowerRank = ToInt16(tail * scale);

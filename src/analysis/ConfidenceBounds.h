@@ -2,13 +2,11 @@
 
 #include <vector>
 
+#include "analysis/Confidence.h"
 #include "analysis/RoundMatrix.h"
 #include "base/Int16.h"
 
 namespace tavrelle {
-
-// The confidence interval codes, as the list offers them.
-enum ConfidenceCode : Int16 { k95Percent = 0, k99Percent = 1, kFullRange = 2, kBonferroni = 3 };
 
 // Per class, the sorted round counts at the interval's lower and upper rank.
 struct BoundsTable {
@@ -18,10 +16,10 @@ struct BoundsTable {
 
 // The level of the interval in percent. Bonferroni takes 100 - N x (1 - 0.95^(1/k)) over the k
 // classes that ever counted anything: with N = 1000 and k = 5 that is 89.79, narrower than 95%.
-double ConfidenceLevel(Int16 confidenceCode, Int16 rounds, int countedClasses);
+double ConfidenceLevel(Confidence confidence, Int16 rounds, int countedClasses);
 
 // Bounds of a sorted round matrix: with N = 1000, 95% takes ranks 25 and 974, 99% ranks 5 and
 // 994, the full range ranks 0 and 999.
-BoundsTable ConfidenceBounds(const RoundMatrix& sorted, Int16 rounds, Int16 confidenceCode);
+BoundsTable ConfidenceBounds(const RoundMatrix& sorted, Int16 rounds, Confidence confidence);
 
 }  // namespace tavrelle

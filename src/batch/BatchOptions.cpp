@@ -3,6 +3,7 @@
 #include <functional>
 #include <stdexcept>
 
+#include "analysis/SeedText.h"
 #include "base/Numbers.h"
 
 namespace tavrelle {
@@ -56,18 +57,13 @@ void AddPopulations(const std::string& text, std::vector<int>& populations) {
     }
 }
 
-std::int32_t Seed(const std::string& text) {
-    // As the seed box takes it: numeric, no point, not negative; 0 is taken.
-    if (text.find('.') != std::string::npos || !IsNumeric(text))
-        Refuse("--seed: Please enter a positive integer.");
-    std::int32_t seed = 0;
-    try {
-        seed = TextToInt32(text);
-    } catch (const ProgramError&) {
+void SetSeed(const std::string& text, RunSettings& settings) {
+    const SeedReading reading = ParseSeed(text);
+    if (reading.refusal == SeedReading::Refusal::TooLarge)
         Refuse("--seed: '" + text + "' is larger than a 32-bit seed.");
-    }
-    if (seed < 0) Refuse("--seed: Please enter a positive integer.");
-    return seed;
+    if (!reading.Accepted()) Refuse("--seed: Please enter a positive integer.");
+    settings.seed = reading.seed;
+    settings.clockSeed = false;
 }
 
 Int16 Randomisations(const std::string& text) {
@@ -85,18 +81,18 @@ Int16 Randomisations(const std::string& text) {
     return static_cast<Int16>(count);
 }
 
-Int16 ConfidenceCode(const std::string& text) {
-    if (text == "95" || text == "95%") return 0;
-    if (text == "99" || text == "99%") return 1;
-    if (text == "100" || text == "100%" || text == "range") return 2;
-    if (UpperCase(text) == "BONFERRONI") return 3;
+Confidence ConfidenceOption(const std::string& text) {
+    if (text == "95" || text == "95%") return Confidence::Percent95;
+    if (text == "99" || text == "99%") return Confidence::Percent99;
+    if (text == "100" || text == "100%" || text == "range") return Confidence::FullRange;
+    if (UpperCase(text) == "BONFERRONI") return Confidence::Bonferroni;
     Refuse("--confidence: choose 95, 99, 100 or bonferroni (got '" + text + "').");
 }
 
 void AddRepeat(const std::string& text, BatchOptions& options) {
     std::size_t equals = text.rfind('=');
     if (equals == std::string::npos)
-        options.repeatForAll = RepeatLength("--repeat", text);
+        options.settings.repeatForAll = RepeatLength("--repeat", text);
     else
         options.repeatByLocus[text.substr(0, equals)] =
             RepeatLength("--repeat", text.substr(equals + 1));
@@ -133,23 +129,26 @@ const std::vector<OptionRow>& OptionTable() {
          }},
         {"--accept-numeric-names", false, false, [](S, O& o) { o.acceptNumericNames = true; }},
         {"--population", true, true, [](S v, O& o) { AddPopulations(v, o.populations); }},
-        {"--seed", true, true, [](S v, O& o) { o.seed = Seed(v); }},
-        {"--randomisations", true, true, [](S v, O& o) { o.randomisations = Randomisations(v); }},
-        {"--confidence", true, true, [](S v, O& o) { o.confidenceCode = ConfidenceCode(v); }},
+        {"--seed", true, true, [](S v, O& o) { SetSeed(v, o.settings); }},
+        {"--randomisations", true, true,
+         [](S v, O& o) { o.settings.randomisations = Randomisations(v); }},
+        {"--confidence", true, true,
+         [](S v, O& o) { o.settings.confidence = ConfidenceOption(v); }},
         {"--repeat", true, true, [](S v, O& o) { AddRepeat(v, o); }},
         {"--repeats", true, true, [](S v, O& o) { o.repeatsFile = v; }},
         {"--max-allele-size", true, true,
          [](S v, O& o) {
-             o.maxAlleleSize = std::to_string(WholeNumberIn("--max-allele-size", v, 50, 700));
+             o.settings.maxAlleleSize =
+                 std::to_string(WholeNumberIn("--max-allele-size", v, 50, 700));
          }},
-        {"--on-suspect", true, true, [](S v, O& o) { o.onSuspect = Policy(v); }},
+        {"--on-suspect", true, true, [](S v, O& o) { o.settings.onSuspect = Policy(v); }},
         {"--json", true, true, [](S v, O& o) { o.jsonFile = v; }},
         {"--csv", true, true, [](S v, O& o) { o.csvFile = v; }},
         {"--report", true, true, [](S v, O& o) { o.reportFile = v; }},
         {"--bootstrap", true, true,
-         [](S v, O& o) { o.bootstrap = WholeNumberIn("--bootstrap", v, 0, 100000); }},
+         [](S v, O& o) { o.settings.bootstrap = WholeNumberIn("--bootstrap", v, 0, 100000); }},
         {"--threads", true, true,
-         [](S v, O& o) { o.threads = WholeNumberIn("--threads", v, 1, 256); }},
+         [](S v, O& o) { o.settings.threads = WholeNumberIn("--threads", v, 1, 256); }},
     };
     return table;
 }

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "base/Int16.h"
-#include "run/StudySettings.h"
+#include "run/RunSettings.h"
 
 namespace tavrelle {
 
@@ -22,19 +22,16 @@ struct BatchOptions {
     bool convert = false;
     std::string convertOutput;
     std::vector<int> populations;  // 1-based; empty: all
-    std::optional<std::int32_t> seed;
-    Int16 randomisations = 1000;
-    Int16 confidenceCode = 0;
-    std::optional<Int16> repeatForAll;
-    std::map<std::string, Int16> repeatByLocus;
-    std::optional<std::string> repeatsFile;  // locus, motif table; --repeat NAME=N wins over it
-    std::string maxAlleleSize = "350";       // a whole number, 50 to 700
-    SuspectPolicy onSuspect = SuspectPolicy::Proceed;
-    std::optional<std::string> jsonFile;  // "-" for standard output
+    // The run's settings as the options give them: seed (the clock's without --seed),
+    // randomisations, interval, --repeat N for every locus, maximum allele size (a whole number,
+    // 50 to 700), --on-suspect, bootstrap, threads. The table folder and the file's kind are
+    // added when the file is read.
+    RunSettings settings;
+    std::map<std::string, Int16> repeatByLocus;  // --repeat NAME=N
+    std::optional<std::string> repeatsFile;      // locus, motif table; --repeat NAME=N wins over it
+    std::optional<std::string> jsonFile;         // "-" for standard output
     std::optional<std::string> csvFile;
     std::optional<std::string> reportFile;  // the HTML study report
-    int bootstrap = 1000;                   // resamples for the estimate intervals; 0: none
-    int threads = 0;                        // 0: the CPUs this process may run on
     bool help = false;
     bool version = false;
 };

@@ -5,7 +5,6 @@
 #include "analysis/ClockSeed.h"
 #include "analysis/StatisticalTables.h"
 #include "base/Numbers.h"
-#include "batch/LocusMotifs.h"
 #include "batch/ReportOutput.h"
 #include "formats/ExcelWorkbookWriter.h"
 #include "formats/SheetReaders.h"
@@ -13,8 +12,9 @@
 #include "population/FileKind.h"
 #include "population/GenepopWriter.h"
 #include "population/InputDataSource.h"
-#include "report/ReportStream.h"
-#include "run/StudyRun.h"
+#include "report/ReportSink.h"
+#include "run/LocusMotifs.h"
+#include "run/StudyDriver.h"
 
 namespace tavrelle {
 
@@ -49,55 +49,46 @@ std::string OneLine(std::string message) {
     return message;
 }
 
-std::string LoadFailure(const std::string& file, const RecordingPrompter& prompter) {
-    std::string message = "Could not load " + file + ":";
+// The located line first, then what the desktop would have shown, line by line: the questions
+// the load asked, its boxes and its example screen.
+std::string LoadFailure(const std::string& file, const DataFileError& error,
+                        const std::vector<Message>& questions) {
+    std::string message = "Could not load " + file + ": " +
+                          (error.where.empty() ? "" : error.where + ": ") + "expected " +
+                          error.expected;
     bool numericNames = false;
-    for (const Message& m : prompter.messages) {
+    for (const Message& m : questions) {
         message += "\n" + m.text;
         numericNames = numericNames || m.caption == kNumericNamesCaption;
     }
-    for (ExampleScreen example : prompter.examples) {
-        if (example == ExampleScreen::Genepop) {
-            message += std::string("\n") + kGenepopRefusal;
-        } else {
-            // Appended piece by piece: a literal before a temporary string sets off GCC 12's
-            // -Wrestrict false positive in Release builds.
-            (((message += '\n') += kExcelExampleLabel1) += '\n') += kExcelExampleLabel2;
-        }
+    for (const Message& m : error.messages) {
+        message += "\n";
+        if (m.caption == kOpenErrorCaption) (message += kOpenErrorCaption) += ": ";
+        message += m.text;
+    }
+    if (error.example == ExampleScreen::Genepop) {
+        message += std::string("\n") + kGenepopRefusal;
+    } else if (error.example == ExampleScreen::Excel) {
+        // Appended piece by piece: a literal before a temporary string sets off GCC 12's
+        // -Wrestrict false positive in Release builds.
+        (((message += '\n') += kExcelExampleLabel1) += '\n') += kExcelExampleLabel2;
     }
     if (numericNames) message += "\n(--accept-numeric-names loads such a sheet as it stands.)";
     return OneLine(message);
 }
 
-// The store of a data file, loaded as the open command loads it: the format by the name's
+// The store of a data file, opened as the open command opens it: the format by the name's
 // ending, a workbook from the sheet named. A file that does not load throws std::runtime_error
 // with the message to print.
 struct LoadedStore {
     explicit LoadedStore(const BatchOptions& options)
         : kind(KindOfFile(options.file)), prompter(options.acceptNumericNames) {
-        std::unique_ptr<ExcelSheetReader> reader = MakeExcelSheetReader(kind);
-        StoreRequest request;
         // "-" is standard input, read once as a Genepop file.
-        request.fileLocation = options.file == "-" ? "/dev/stdin" : options.file;
-        request.isExcel = IsExcelKind(kind);
-        request.excelSheetName = options.sheet;
-        request.excelReader = reader.get();
-        try {
-            store = std::make_unique<InputDataSource>(request, prompter);
-        } catch (const ProgramError& error) {
-            // What the open command shows in its "Error Opening File" box.
-            throw std::runtime_error("Could not load " + options.file + ":\n" +
-                                     std::string(kOpenErrorCaption) + ": " + error.Description());
-        }
-        if (store->LocusNames().front().empty() && store->PopulationOverSampleLimit() > 0)
-            throw std::runtime_error(
-                "Could not load " + options.file + ": population " +
-                std::to_string(store->PopulationOverSampleLimit()) + " has more than " +
-                std::to_string(kLargestSampleNumber - 1) +
-                " samples, the most a population of a Genepop file may have. Divide it into "
-                "smaller populations.");
-        if (store->LocusNames().front().empty())
-            throw std::runtime_error(LoadFailure(options.file, prompter));
+        OpenedDataFile opened = OpenDataFile(options.file == "-" ? "/dev/stdin" : options.file,
+                                             kind, options.sheet, prompter);
+        if (opened.error)
+            throw std::runtime_error(LoadFailure(options.file, *opened.error, prompter.messages));
+        store = std::move(opened.store);
     }
 
     FileKind kind;
@@ -105,45 +96,36 @@ struct LoadedStore {
     std::unique_ptr<InputDataSource> store;
 };
 
-std::vector<StudyPopulation> ChosenPopulations(InputDataSource& store,
-                                               const BatchOptions& options) {
-    if (options.populations.empty()) return StudyPopulations(store);
-    int count = 0;
-    std::vector<StudyPopulation> chosen = StudyPopulations(store, options.populations, count);
-    for (int number : options.populations)
-        if (number > count)
-            throw BatchUsageError(
-                "--population: " + options.file + " has " + std::to_string(count) +
-                " population(s): there is no population " + std::to_string(number) + ".");
-    return chosen;
-}
-
 // The reports the options ask for, each with where it goes; the text report takes standard
 // output when no other report does.
-struct Reports {
-    struct Entry {
-        std::unique_ptr<ReportStream> stream;
-        ReportOutput output;
-    };
-    std::vector<Entry> entries;
+struct Reports : StudySink {
+    const BatchOptions& options;
+    std::ostream& notes;
+    std::vector<ReportOutput> outputs;
+    ReportSink sink;
 
-    Reports(const BatchOptions& options, const StudySettings& settings) {
-        if (options.jsonFile)
-            entries.push_back({MakeJsonReport(), ReportOutput(*options.jsonFile)});
-        if (options.csvFile) entries.push_back({MakeCsvReport(), ReportOutput(*options.csvFile)});
-        if (options.reportFile)
-            entries.push_back({MakeHtmlReport(settings), ReportOutput(*options.reportFile)});
+    Reports(const BatchOptions& batchOptions, std::ostream& notesTo)
+        : options(batchOptions), notes(notesTo) {}
+    // The outputs open only once the study fits the file.
+    void Begin(const StudyHeader& header) override {
+        outputs.reserve(4);
+        auto add = [&](std::unique_ptr<ReportStream> stream, const std::string& path) {
+            ReportOutput& output = outputs.emplace_back(path);
+            sink.Add(std::move(stream),
+                     [&output](const std::string& piece) { output.Write(piece); });
+        };
+        if (options.jsonFile) add(MakeJsonReport(), *options.jsonFile);
+        if (options.csvFile) add(MakeCsvReport(), *options.csvFile);
+        if (options.reportFile) add(MakeHtmlReport(), *options.reportFile);
         if (options.jsonFile != "-" && options.csvFile != "-" && options.reportFile != "-")
-            entries.push_back({MakeTextReport(), ReportOutput("-")});
+            add(MakeTextReport(), "-");
+        sink.Begin(header);
     }
-    template <typename Piece>
-    void Write(Piece piece) {
-        for (Entry& entry : entries)
-            entry.output.Write(piece(*entry.stream));
-    }
-    void Close() {
-        for (Entry& entry : entries)
-            entry.output.Close();
+    void Population(const PopulationResult& population) override;
+    void End() override {
+        sink.End();
+        for (ReportOutput& output : outputs)
+            output.Close();
     }
 };
 
@@ -167,6 +149,11 @@ void Note(std::ostream& notes, const PopulationResult& p) {
               << (p.errorLocus.empty() ? "" : " (stopped at locus " + p.errorLocus + ")") << ": "
               << reason << "\n";
     }
+}
+
+void Reports::Population(const PopulationResult& population) {
+    Note(notes, population);
+    sink.Population(population);
 }
 
 }  // namespace
@@ -201,50 +188,19 @@ BatchCounts RunBatch(const BatchOptions& options, const std::filesystem::path& t
                                                    ? ReadRepeatTable(*options.repeatsFile)
                                                    : std::map<std::string, Int16>{};
     LoadedStore loaded(options);
-    InputDataSource& store = *loaded.store;
 
-    StudySettings settings;
-    settings.repeatByLocus =
-        MotifsOfLoci(store.LocusNames(), options.repeatByLocus, table, options.repeatForAll, notes);
-    std::vector<StudyPopulation> chosen = ChosenPopulations(store, options);
-    // Each population now has its own table; the store's copy of the whole file is not needed.
-    store.rsAllData = Table();
-    store.rsAlleleData = Table();
-
-    BatchHeader header;
-    header.file = options.file == "-" ? "standard input" : options.file;
-    header.title = store.TitleLine();
-    header.clockSeed = !options.seed;
-    header.seed = options.seed ? *options.seed : SeedFromClock();
-    header.randomisations = options.randomisations;
-    header.confidenceCode = options.confidenceCode;
-    header.maxAlleleSize = static_cast<Int16>(std::stoi(options.maxAlleleSize));
-
-    settings.seed = header.seed;
-    settings.randomisations = options.randomisations;
-    settings.confidenceCode = options.confidenceCode;
-    settings.repeatForAll = options.repeatForAll;
-    settings.maxAlleleSize = options.maxAlleleSize;
-    settings.onSuspect = options.onSuspect;
-    settings.tableFolder = tableFolder;
-    settings.isExcel = IsExcelKind(loaded.kind);
-    settings.threads = options.threads;
-    settings.bootstrap = options.bootstrap;
-
-    Reports reports(options, settings);
-    reports.Write([&](ReportStream& stream) { return stream.Begin(header); });
-    BatchCounts counts;
-    RunStudy(chosen, settings, [&](PopulationResult&& population) {
-        // The engine's message leaves out what stopped the run; here an option did.
-        if (population.stopReason == StopReason::SuspectValues && population.action == "stop")
-            population.error->insert(population.error->size() - 1, " (--on-suspect stop)");
-        Note(notes, population);
-        ++(population.Analysed() ? counts.analysed : counts.stopped);
-        reports.Write([&](ReportStream& stream) { return stream.Population(population); });
-    });
-    reports.Write([&](ReportStream& stream) { return stream.End(); });
-    reports.Close();
-    return counts;
+    StudyJob job;
+    job.file = options.file == "-" ? "standard input" : options.file;
+    job.settings = options.settings;
+    if (job.settings.clockSeed) job.settings.seed = SeedFromClock();
+    job.settings.tableFolder = tableFolder;
+    job.settings.isExcel = IsExcelKind(loaded.kind);
+    job.populations = options.populations;
+    job.repeatByName = options.repeatByLocus;
+    job.repeatTable = table;
+    Reports reports(options, notes);
+    const StudyCounts counts = RunStudyJob(*loaded.store, job, reports, notes);
+    return {counts.analysed, counts.stopped};
 }
 
 std::string ConvertDataFile(const BatchOptions& options) {

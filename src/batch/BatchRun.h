@@ -24,7 +24,7 @@ void RequireTables(const std::filesystem::path& folder);
 // fresh generator from the same seed. Populations run in parallel and each is written to every
 // report as soon as it and those before it are done, then dropped. A line on `notes` tells each
 // population analysed with suspect values as they stand, and each that stopped, with its reason.
-// A command line that does not fit the file throws BatchUsageError; a file that can't be read or
+// A command line that does not fit the file throws StudyUsageError; a file that can't be read or
 // written std::runtime_error with the message to print.
 BatchCounts RunBatch(const BatchOptions& options, const std::filesystem::path& tableFolder,
                      std::ostream& notes);

@@ -26,8 +26,8 @@ Options:
   --repeats FILE           A table of motifs, one locus a line: name, then motif, separated by a
                            tab or a comma. Lines starting with # are comments.
                            Every locus needs a motif from one of these three options.
-  --seed S                 Seed of the random number generator (0 or more). Default: the clock
-                           seed, printed in the report. Example: --seed 12345
+  --seed S                 Seed of the random number generator, 0 to 2147483647. Default: the
+                           clock seed, printed in the report. Example: --seed 12345
   --randomisations N       Randomised samples per locus, 1000 to 10000. Default 1000.
   --confidence C           Confidence interval: 95, 99, 100 (the full range) or bonferroni.
                            Default 95. Example: --confidence 99

@@ -11,7 +11,7 @@
 #include "base/Version.h"
 #include "batch/BatchOptions.h"
 #include "batch/BatchRun.h"
-#include "batch/LocusMotifs.h"
+#include "run/LocusMotifs.h"
 
 namespace {
 

@@ -17,18 +17,24 @@ namespace tavrelle {
 // of its workbooks.
 class WorkbookSheetReader : public ExcelSheetReader {
 public:
-    void ReadExcelSheet(InputDataSource& store, const std::string& fileLocation,
-                        const std::string& sheetName, Prompter& prompter) final;
-    std::vector<std::string> SheetNames(const std::string& fileLocation) override;
+    SheetRead ReadExcelSheet(const std::string& fileLocation, const std::string& sheetName,
+                             Prompter& prompter) final;
+    std::vector<std::string> SheetNames(const std::string& fileLocation) final;
 
 protected:
     // Opens the workbook. A file that is no workbook of the format throws ProgramError, which
-    // leaves the store's construction and reaches the file command as "Error Opening File".
+    // reaches the file command as "Error Opening File".
     virtual std::unique_ptr<ExcelWorkbook> OpenWorkbook(const std::string& fileLocation) = 0;
 
 private:
-    // The sheet's rows into the store; any error it raises refuses the sheet.
-    static void LoadSheet(InputDataSource& store, const ExcelSheet& sheet, Prompter& prompter);
+    // The workbook at `fileLocation`, opened at its first use and kept for the next.
+    ExcelWorkbook& Workbook(const std::string& fileLocation);
+    // The sheet's rows as cells; any error it raises refuses the sheet.
+    static SheetRead ReadSheet(const ExcelSheet& sheet, const std::string& sheetName,
+                               Prompter& prompter);
+
+    std::string openedLocation_;
+    std::unique_ptr<ExcelWorkbook> workbook_;
 };
 
 // The error a workbook that cannot be opened raises, with the description the user sees.

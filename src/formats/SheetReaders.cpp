@@ -18,3 +18,13 @@ std::unique_ptr<ExcelSheetReader> MakeExcelSheetReader(FileKind kind) {
 }
 
 }  // namespace tavrelle
+
+namespace tavrelle {
+
+OpenedDataFile OpenDataFile(const std::string& path, FileKind format, const std::string& sheet,
+                            Prompter& questions) {
+    const std::unique_ptr<ExcelSheetReader> reader = MakeExcelSheetReader(format);
+    return OpenDataFileWith(path, format, sheet, reader.get(), questions);
+}
+
+}  // namespace tavrelle

@@ -3,36 +3,19 @@
 #include <stdexcept>
 
 #include "formats/SheetReaders.h"
-#include "population/FileKind.h"
-#include "population/InputDataSource.h"
 #include "run/StudyRun.h"
 
 namespace tavrelle {
 
 StudyFile LoadStudyFile(const std::string& file, const std::string& sheet) {
     const FileKind kind = KindOfFile(file);
-    std::unique_ptr<ExcelSheetReader> reader = MakeExcelSheetReader(kind);
-    StoreRequest request;
-    request.fileLocation = file;
-    request.isExcel = IsExcelKind(kind);
-    request.excelSheetName = sheet;
-    request.excelReader = reader.get();
     RecordingPrompter prompter;
+    OpenedDataFile opened = OpenDataFile(file, kind, sheet, prompter);
+    if (opened.error) throw std::runtime_error("Could not load " + opened.error->Located() + ".");
     StudyFile study;
-    study.isExcel = request.isExcel;
-    try {
-        InputDataSource store(request, prompter);
-        if (store.LocusNames().front().empty()) {
-            std::string reason;
-            for (const Message& message : prompter.messages)
-                reason += " " + message.text;
-            throw std::runtime_error("Could not load " + file + "." + reason);
-        }
-        study.title = store.TitleLine();
-        study.populations = StudyPopulations(store);
-    } catch (const ProgramError& error) {
-        throw std::runtime_error("Could not load " + file + ": " + error.Description());
-    }
+    study.isExcel = IsExcelKind(kind);
+    study.title = opened.store->TitleLine();
+    study.populations = StudyPopulations(*opened.store);
     return study;
 }
 

@@ -1,36 +1,35 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "base/Int16.h"
 #include "base/Prompter.h"
-#include "population/Table.h"
+#include "population/PopulationCells.h"
 
 namespace tavrelle {
 
-class InputDataSource;
+// What a sheet reader hands back: the sheet's cells, or where it refused the sheet and what it
+// expected there.
+struct SheetRead {
+    std::optional<PopulationCells> cells;
+    std::string where;
+    std::string expected;
+};
 
-// The workbook step of the store's construction (ReadExcelSheet). The store hands itself over
-// while it is being built: the reader fills rsTempData, rsAllData (with SetColumnHeaders and
-// DisplayLociNames), the locus names, the population bookmarks and CurrentPopulation, and
-// clears ExcelFormatValid when it refuses the sheet. An exception it throws (a workbook that
-// cannot be opened) leaves the construction and reaches the file command.
+// The workbook step of opening a file. A reader opens a workbook once: the sheet names and then
+// the sheet come from the same opening. It returns what it read and never writes into the store.
 class ExcelSheetReader {
 public:
     virtual ~ExcelSheetReader() = default;
-    virtual void ReadExcelSheet(InputDataSource& store, const std::string& fileLocation,
-                                const std::string& sheetName, Prompter& prompter) = 0;
+    // The sheet's cells. A workbook that cannot be opened throws ProgramError, which the open
+    // command shows as "Error Opening File"; a missing sheet shows its box on `prompter`, and
+    // the all-numeric names question is asked there.
+    virtual SheetRead ReadExcelSheet(const std::string& fileLocation, const std::string& sheetName,
+                                     Prompter& prompter) = 0;
     // The worksheets of the workbook, for the sheet dialog to offer; none when it cannot be
     // read (opening it then says why).
     virtual std::vector<std::string> SheetNames(const std::string& /*fileLocation*/) { return {}; }
-
-protected:
-    // The store's private load state, reachable only from a sheet reader.
-    static std::vector<std::string>& LocusNamesOf(InputDataSource& store);
-    static std::vector<Table::Bookmark>& PopulationBookmarksOf(InputDataSource& store);
-    static Int16& CurrentPopulationOf(InputDataSource& store);
-    static void SetExcelFormatValid(InputDataSource& store, bool valid);
 };
 
 }  // namespace tavrelle

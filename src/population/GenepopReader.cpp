@@ -19,11 +19,16 @@ void StoreLocusName(std::vector<std::string>& names, Int16 index, std::string_vi
 
 }  // namespace
 
+std::string InputDataSource::NextLine(LineInput& input) {
+    ++lineNumber_;
+    return input.ReadLine();
+}
+
 void InputDataSource::ReadGenepopHeader(LineInput& input) {
-    title_ = input.ReadLine();
+    title_ = NextLine(input);
     Int16 index = 0;
     while (!input.Eof()) {
-        std::string line(TrimBlanks(input.ReadLine()));
+        std::string line(TrimBlanks(NextLine(input)));
         if (UpperCase(line) == "POP") {
             GenepopHeaderFound_ = true;
             return;
@@ -52,6 +57,14 @@ void InputDataSource::ReadGenepopBody(LineInput& input) {
         ReadGenepopBodyLines(input);
     } catch (const std::exception&) {
         GenepopBodyValid_ = false;
+        if (populationOverSampleLimit_ > 0)
+            Refuse("line " + std::to_string(lineNumber_),
+                   "at most " + std::to_string(kLargestSampleNumber - 1) +
+                       " samples in a population: population " +
+                       std::to_string(populationOverSampleLimit_) + " has more than " +
+                       std::to_string(kLargestSampleNumber - 1) +
+                       " samples, the most a population of a Genepop file may have. Divide it "
+                       "into smaller populations.");
     }
 }
 
@@ -64,13 +77,13 @@ void InputDataSource::ReadGenepopBodyLines(LineInput& input) {
     const Int16 loci = Narrow16(static_cast<long long>(LocusNames_.size()));
 
     while (!input.Eof()) {
-        std::string line(TrimBlanks(input.ReadLine()));
+        std::string line(TrimBlanks(NextLine(input)));
         if (UpperCase(line) == "POP") {
             rsAllData.AddNew();
             rsAllData.SetField(1, "Pop");
             CurrentPopulation_ = Narrow16(CurrentPopulation_ + 1);
             sampleNumber = 1;
-            line = std::string(TrimBlanks(input.ReadLine()));
+            line = std::string(TrimBlanks(NextLine(input)));
         }
 
         // A line without a comma asks Left for a negative length: the file is refused.

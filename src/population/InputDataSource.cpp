@@ -1,5 +1,6 @@
 #include "population/InputDataSource.h"
 
+#include <exception>
 #include <filesystem>
 #include <system_error>
 
@@ -32,18 +33,18 @@ void IgnoringErrors(Statement statement) {
 }  // namespace
 
 InputDataSource::InputDataSource(const StoreRequest& request, Prompter& prompter)
-    : prompter_(prompter) {
+    : prompter_(&prompter) {
     const std::string& fileName = request.fileLocation;
     bool exists = CheckFileExists(fileName);
     if (fileName.empty() || !exists) {
-        if (!request.newGridLoaded) prompter_.Show(PlainBox(kFileMissing + fileName));
+        if (!request.newGridLoaded) prompter_->Show(PlainBox(kFileMissing + fileName));
         return;
     }
 
     // Held only while the constructor reads it: the tables keep every line.
     LineInput input(ReadWholeFile(fileName));
     if (input.Eof()) {
-        prompter_.Show(PlainBox(kFileEmpty));
+        prompter_->Show(PlainBox(kFileEmpty));
         return;
     }
 
@@ -53,13 +54,29 @@ InputDataSource::InputDataSource(const StoreRequest& request, Prompter& prompter
 
     if (request.isExcel) {
         input = LineInput();  // the workbook reader opens the file itself
+        rsTempData = Table();
         if (request.excelReader != nullptr) {
-            request.excelReader->ReadExcelSheet(*this, fileName, request.excelSheetName, prompter_);
+            SheetRead read =
+                request.excelReader->ReadExcelSheet(fileName, request.excelSheetName, *prompter_);
+            ExcelFormatValid_ = read.cells.has_value();
+            if (read.cells) {
+                // A cell the grid cannot hold refuses the sheet, as any error of the reader.
+                try {
+                    LoadCells(std::move(*read.cells));
+                } catch (const std::exception& error) {
+                    Refuse("sheet " + request.excelSheetName,
+                           std::string("cells the grid can hold (") + error.what() + ")");
+                    ExcelFormatValid_ = false;
+                }
+            } else {
+                Refuse(std::move(read.where), std::move(read.expected));
+            }
         } else {
+            Refuse("", "a workbook this build of the program can read");
             ExcelFormatValid_ = false;
         }
         if (!ExcelFormatValid_) {
-            prompter_.ShowExample(ExampleScreen::Excel);
+            prompter_->ShowExample(ExampleScreen::Excel);
             ResetLocusNames();
             return;
         }
@@ -68,7 +85,9 @@ InputDataSource::InputDataSource(const StoreRequest& request, Prompter& prompter
         if (request.gridIsNew) return;
         ReadGenepopHeader(input);
         if (!GenepopHeaderFound_) {
-            prompter_.ShowExample(ExampleScreen::Genepop);
+            Refuse("line " + std::to_string(lineNumber_),
+                   "a line \"Pop\" after the title and the locus names");
+            prompter_->ShowExample(ExampleScreen::Genepop);
             ResetLocusNames();
             return;
         }
@@ -76,7 +95,11 @@ InputDataSource::InputDataSource(const StoreRequest& request, Prompter& prompter
         SetColumnHeaders(rsAlleleData);
         ReadGenepopBody(input);
         if (!GenepopBodyValid_) {
-            prompter_.ShowExample(ExampleScreen::Genepop);
+            if (refusalExpected_.empty())
+                Refuse("line " + std::to_string(lineNumber_),
+                       "a sample: its name, a comma, then one genotype per locus of three digits "
+                       "per allele (six per locus)");
+            prompter_->ShowExample(ExampleScreen::Genepop);
             ResetLocusNames();
             return;
         }
@@ -97,16 +120,16 @@ bool InputDataSource::CheckFileExists(const std::string& fileName) {
 
         ProgramError failure = FileError(error.value());
         if (failure.Number() == kDiskNotReady) {
-            MessageAnswer answer = prompter_.Show(
+            MessageAnswer answer = prompter_->Show(
                 {kDiskNotReadyText, "", MessageIcon::Exclamation, MessageButtons::OkCancel});
             if (answer == MessageAnswer::Ok) continue;
         } else if (failure.Number() == kDeviceUnavailable) {
-            prompter_.Show({"The drive or path does not exist: " + fileName, "",
-                            MessageIcon::Exclamation, MessageButtons::Ok});
+            prompter_->Show({"The drive or path does not exist: " + fileName, "",
+                             MessageIcon::Exclamation, MessageButtons::Ok});
         } else {
-            prompter_.Show({"Error number " + std::to_string(failure.Number()) +
-                                " occurred: " + failure.Description(),
-                            "", MessageIcon::Critical, MessageButtons::Ok});
+            prompter_->Show({"Error number " + std::to_string(failure.Number()) +
+                                 " occurred: " + failure.Description(),
+                             "", MessageIcon::Critical, MessageButtons::Ok});
         }
         return false;
     }
@@ -237,20 +260,41 @@ Table* InputDataSource::GetDataMember(std::string_view dataMember) {
     return &rsAlleleData;
 }
 
-std::vector<std::string>& ExcelSheetReader::LocusNamesOf(InputDataSource& store) {
-    return store.LocusNames_;
+InputDataSource::InputDataSource(PopulationCells cells, Prompter& prompter) : prompter_(&prompter) {
+    AddDataMember("1AlleleData");
+    LoadCells(std::move(cells));
+    SetColumnHeaders(rsAlleleData);
+    DisplayLociNames(rsAlleleData);
+    CurrentPopulation_ = 1;
+    DisplayPopulation();
 }
 
-std::vector<Table::Bookmark>& ExcelSheetReader::PopulationBookmarksOf(InputDataSource& store) {
-    return store.PopulationBookmarks_;
+void InputDataSource::LoadCells(PopulationCells cells) {
+    title_ = std::move(cells.title);
+    LocusNames_ = std::move(cells.locusNames);
+    if (LocusNames_.empty()) ResetLocusNames();
+    SetColumnHeaders(rsAllData);
+    DisplayLociNames(rsAllData);
+    rsAllData.ReserveRows(rsAllData.RecordCount() + static_cast<std::int64_t>(cells.rows.size()));
+    std::size_t population = 0;
+    const auto columns = static_cast<std::size_t>(ColumnCount_);
+    for (std::vector<std::string>& row : cells.rows) {
+        // The first sample of each population is where the population starts.
+        const bool first = !row.empty() && row[0] == "1";
+        rsAllData.AddNew();
+        for (std::size_t column = 0; column < row.size() && column < columns; ++column)
+            rsAllData.SetField(static_cast<int>(column), std::move(row[column]));
+        if (first) {
+            if (PopulationBookmarks_.size() <= population)
+                PopulationBookmarks_.resize(population + 1);
+            PopulationBookmarks_[population++] = rsAllData.GetBookmark();
+        }
+    }
 }
 
-Int16& ExcelSheetReader::CurrentPopulationOf(InputDataSource& store) {
-    return store.CurrentPopulation_;
-}
-
-void ExcelSheetReader::SetExcelFormatValid(InputDataSource& store, bool valid) {
-    store.ExcelFormatValid_ = valid;
+void InputDataSource::Refuse(std::string where, std::string expected) {
+    refusalWhere_ = std::move(where);
+    refusalExpected_ = std::move(expected);
 }
 
 }  // namespace tavrelle

@@ -8,6 +8,7 @@
 #include "base/Prompter.h"
 #include "population/ExcelSheetReader.h"
 #include "population/LineInput.h"
+#include "population/PopulationCells.h"
 #include "population/Table.h"
 
 namespace tavrelle {
@@ -35,11 +36,16 @@ struct StoreRequest {
 class InputDataSource {
 public:
     InputDataSource(const StoreRequest& request, Prompter& prompter);
+    // The store of cells a reader has read, at its first population.
+    InputDataSource(PopulationCells cells, Prompter& prompter);
 
     // Scratch (the sheet being read), the current population, all populations.
     Table rsTempData;
     Table rsAlleleData;
     Table rsAllData;
+
+    // Who the store asks from now on (a load may have told its own boxes elsewhere).
+    void SetPrompter(Prompter& prompter) { prompter_ = &prompter; }
 
     // True when the name is an existing file; reports look-up errors itself.
     bool CheckFileExists(const std::string& fileName);
@@ -69,6 +75,10 @@ public:
     // The population whose samples ran past the sample numbers a population may have (a refused
     // Genepop file), or 0.
     Int16 PopulationOverSampleLimit() const { return populationOverSampleLimit_; }
+    // Where a refused file was refused (a line or a cell; empty for the file as a whole) and
+    // what was expected there; both empty when it loaded.
+    const std::string& RefusalWhere() const { return refusalWhere_; }
+    const std::string& RefusalExpected() const { return refusalExpected_; }
     Table& AllData() { return rsAllData; }
     const Table& AllData() const { return rsAllData; }
 
@@ -79,16 +89,17 @@ public:
     Table* GetDataMember(std::string_view dataMember);
 
 private:
-    friend class ExcelSheetReader;
-
     void ResetLocusNames() { LocusNames_.assign(1, std::string()); }
     void AddDataMember(std::string name);
     void ShowFreshPopulation();
     void ReadGenepopHeader(LineInput& input);
     void ReadGenepopBody(LineInput& input);
     void ReadGenepopBodyLines(LineInput& input);
+    std::string NextLine(LineInput& input);
+    void LoadCells(PopulationCells cells);
+    void Refuse(std::string where, std::string expected);
 
-    Prompter& prompter_;
+    Prompter* prompter_;
     std::vector<std::string> LocusNames_{std::string()};
     std::vector<Table::Bookmark> PopulationBookmarks_{Table::Bookmark{}};
     std::vector<std::string> dataMembers_;
@@ -100,6 +111,9 @@ private:
     bool GenepopHeaderFound_ = false;
     bool GenepopBodyValid_ = false;
     Int16 populationOverSampleLimit_ = 0;
+    int lineNumber_ = 0;  // lines of a Genepop file read so far
+    std::string refusalWhere_;
+    std::string refusalExpected_;
 };
 
 }  // namespace tavrelle

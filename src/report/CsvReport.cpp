@@ -110,12 +110,12 @@ const std::vector<LikelihoodColumn>& LikelihoodColumns() {
 
 class CsvReportStream : public ReportStream {
 public:
-    std::string Begin(const BatchHeader& header) override {
+    std::string Begin(const StudyHeader& header) override {
         // What every row of the file repeats, so that files from several runs stack.
-        runFields_ = CsvField(header.file) + ',' + std::to_string(header.seed) + ',' +
-                     std::to_string(header.randomisations) + ',' +
-                     kConfidenceNames[header.confidenceCode] + ',' +
-                     std::to_string(header.maxAlleleSize);
+        const RunSettings& s = header.settings;
+        runFields_ = CsvField(header.file) + ',' + std::to_string(s.seed) + ',' +
+                     std::to_string(s.randomisations) + ',' +
+                     kConfidenceNames[ConfidenceCode(s.confidence)] + ',' + s.maxAlleleSize;
         std::string head =
             "file,seed,randomisations,confidence,max_allele_size,population,population_name,"
             "samples,status,stop_reason,suspect_values,suspect_action";

@@ -9,15 +9,12 @@ namespace {
 
 class HtmlReport : public ReportStream {
 public:
-    explicit HtmlReport(const StudySettings& settings) : settings_(settings) {}
-
-    std::string Begin(const BatchHeader& header) override {
+    std::string Begin(const StudyHeader& header) override {
         StudyReportHeader study;
         study.file = header.file;
         study.title = header.title;
-        study.settings = settings_;
-        study.settings.seed = header.seed;
-        study.clockSeed = header.clockSeed;
+        study.settings = header.settings;
+        study.clockSeed = header.settings.clockSeed;
         builder_.emplace(std::move(study));
         return "";
     }
@@ -29,15 +26,14 @@ public:
     std::string End() override { return builder_->Page(populations_); }
 
 private:
-    StudySettings settings_;
     std::optional<StudyReportBuilder> builder_;
     int populations_ = 0;
 };
 
 }  // namespace
 
-std::unique_ptr<ReportStream> MakeHtmlReport(const StudySettings& settings) {
-    return std::make_unique<HtmlReport>(settings);
+std::unique_ptr<ReportStream> MakeHtmlReport() {
+    return std::make_unique<HtmlReport>();
 }
 
 }  // namespace tavrelle

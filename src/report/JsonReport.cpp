@@ -253,7 +253,7 @@ void WritePopulation(JsonWriter& json, const PopulationResult& population) {
 // closing brackets; the writer keeps the nesting across the pieces.
 class JsonReportStream : public ReportStream {
 public:
-    std::string Begin(const BatchHeader& header) override {
+    std::string Begin(const StudyHeader& header) override {
         json_.BeginObject();
         json_.Key("program");
         json_.String("Tavrelle");
@@ -264,10 +264,10 @@ public:
         json_.Key("title");
         json_.String(header.title);
         const std::pair<const char*, std::int64_t> settings[] = {
-            {"seed", header.seed},
-            {"randomisations", header.randomisations},
-            {"confidence", header.confidenceCode},
-            {"max_allele_size", header.maxAlleleSize}};
+            {"seed", header.settings.seed},
+            {"randomisations", header.settings.randomisations},
+            {"confidence", ConfidenceCode(header.settings.confidence)},
+            {"max_allele_size", std::stoi(header.settings.maxAlleleSize)}};
         for (const auto& [key, value] : settings) {
             json_.Key(key);
             json_.Integer(value);

@@ -1,31 +1,20 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <string>
 
 #include "run/PopulationResult.h"
-#include "run/StudySettings.h"
+#include "run/RunSettings.h"
+#include "run/StudyDriver.h"
 
 namespace tavrelle {
-
-// What every report states once, before the populations.
-struct BatchHeader {
-    std::string file;
-    std::string title;
-    std::int32_t seed = 0;
-    bool clockSeed = false;
-    Int16 randomisations = 1000;
-    Int16 confidenceCode = 0;
-    Int16 maxAlleleSize = 350;
-};
 
 // A report made one population at a time, so that a population's results can be dropped as soon
 // as they are written: each call gives the next piece of text.
 class ReportStream {
 public:
     virtual ~ReportStream() = default;
-    virtual std::string Begin(const BatchHeader& header) = 0;
+    virtual std::string Begin(const StudyHeader& header) = 0;
     virtual std::string Population(const PopulationResult& population) = 0;
     virtual std::string End() = 0;
 };
@@ -38,7 +27,7 @@ std::unique_ptr<ReportStream> MakeTextReport();
 
 // The study report: one HTML page, written whole at the end, as its overview needs every
 // population; each population's sections are made as it comes and its results dropped.
-std::unique_ptr<ReportStream> MakeHtmlReport(const StudySettings& settings);
+std::unique_ptr<ReportStream> MakeHtmlReport();
 
 // The tidy table for R and pandas: one row per population and locus, one row for a population
 // that was not analysed.

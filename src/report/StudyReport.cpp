@@ -64,7 +64,7 @@ std::string Anchor(int population, std::size_t locus) {
 }
 
 std::string SettingsSection(const StudyReportHeader& input, int delivered, int populationsInFile) {
-    const StudySettings& s = input.settings;
+    const RunSettings& s = input.settings;
     std::string motifs;
     if (s.repeatForAll) motifs = "every locus: " + std::to_string(*s.repeatForAll) + " bp";
     for (const auto& [locus, code] : s.repeatByLocus)
@@ -84,7 +84,7 @@ std::string SettingsSection(const StudyReportHeader& input, int delivered, int p
                  ? " of " + std::to_string(populationsInFile) + " (the run was cancelled)"
                  : ""));
     row("Randomisations", std::to_string(s.randomisations));
-    row("Confidence interval", GraphModel::ConfidenceLabel(s.confidenceCode));
+    row("Confidence interval", GraphModel::ConfidenceLabel(s.confidence));
     row("Repeat units", motifs.empty() ? "none chosen" : motifs);
     row("Suspect values", suspects);
     row("Seed", std::to_string(s.seed) + (input.clockSeed ? " (from the clock)" : " (set)"));
@@ -141,7 +141,7 @@ std::string OverviewTable(const StudyTable& table) {
 }
 
 std::string LocusSection(const PopulationResult& population, const LocusResult& locus,
-                         std::size_t column, Int16 confidenceCode) {
+                         std::size_t column, Confidence confidence) {
     std::string html = "<section class=\"locus\" id=\"" + Anchor(population.number, column) +
                        "\"><h3>" + Html(population.name) + ", locus " + Html(locus.name) +
                        "</h3>\n";
@@ -152,7 +152,7 @@ std::string LocusSection(const PopulationResult& population, const LocusResult& 
         GraphModel graph =
             LocusGraph(first ? GraphModel::Kind::Homozygotes : GraphModel::Kind::Differences,
                        population.name, locus);
-        graph.SetConfidence(confidenceCode);
+        graph.SetConfidence(confidence);
         html += "<figure>" + GraphSvg(graph) + "<figcaption>" +
                 (first ? "Homozygotes by allele size, observed against "
                        : "Pairs of alleles by size difference (bp), observed against ") +
@@ -186,7 +186,7 @@ void StudyReportBuilder::Add(const PopulationResult& population) {
         std::size_t column = 0;
         while (column < table_.Loci().size() && table_.Loci()[column] != locus.name)
             ++column;
-        sections_ += LocusSection(population, locus, column, header_.settings.confidenceCode);
+        sections_ += LocusSection(population, locus, column, header_.settings.confidence);
     }
 }
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "run/PopulationResult.h"
-#include "run/StudySettings.h"
+#include "run/RunSettings.h"
 #include "run/StudyTable.h"
 
 namespace tavrelle {
@@ -13,7 +13,7 @@ namespace tavrelle {
 struct StudyReportHeader {
     std::string file;
     std::string title;  // the data set's own title line
-    StudySettings settings;
+    RunSettings settings;
     bool clockSeed = true;
 };
 

@@ -8,8 +8,6 @@ namespace tavrelle {
 
 namespace {
 
-const char* const kConfidenceNames[] = {"95%", "99%", "100% (range)", "Bonferroni"};
-
 std::string YesNo(bool value) {
     return value ? "yes" : "no";
 }
@@ -106,15 +104,16 @@ void WritePopulation(std::ostream& out, const PopulationResult& p) {
 
 class TextReportStream : public ReportStream {
 public:
-    std::string Begin(const BatchHeader& header) override {
+    std::string Begin(const StudyHeader& header) override {
         std::ostringstream out;
         out << "Tavrelle " << kProgramVersion << "\n"
             << "File: " << header.file << "\n";
         if (!header.title.empty()) out << "Title: " << header.title << "\n";
-        out << "Seed: " << header.seed << (header.clockSeed ? " (from the clock)" : "") << "\n"
-            << "Randomisations: " << header.randomisations << "\n"
-            << "Confidence interval: " << kConfidenceNames[header.confidenceCode] << "\n"
-            << "Maximum allele size: " << header.maxAlleleSize << "\n";
+        const RunSettings& s = header.settings;
+        out << "Seed: " << s.seed << (s.clockSeed ? " (from the clock)" : "") << "\n"
+            << "Randomisations: " << s.randomisations << "\n"
+            << "Confidence interval: " << ConfidenceText(s.confidence) << "\n"
+            << "Maximum allele size: " << s.maxAlleleSize << "\n";
         return out.str();
     }
 

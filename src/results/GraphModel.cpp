@@ -15,12 +15,12 @@ GraphModel::GraphModel(Kind kind, std::string populationName, std::string locusN
       observed_(std::move(observed)),
       rounds_(std::move(rounds)),
       means_(std::move(means)) {
-    SetConfidence(0);
+    SetConfidence(Confidence::Percent95);
 }
 
-void GraphModel::SetConfidence(Int16 confidenceCode) {
-    confidenceCode_ = confidenceCode;
-    bounds_ = ConfidenceBounds(rounds_, static_cast<Int16>(rounds_.Rounds()), confidenceCode);
+void GraphModel::SetConfidence(Confidence confidence) {
+    confidence_ = confidence;
+    bounds_ = ConfidenceBounds(rounds_, static_cast<Int16>(rounds_.Rounds()), confidence);
 }
 
 int GraphModel::ClassesInUse() const {
@@ -43,15 +43,16 @@ int GraphModel::ClassLabel(int index) const {
     return kind_ == Kind::Homozygotes ? lowest_ + index : index;
 }
 
-std::string GraphModel::ConfidenceLabel(Int16 confidenceCode) {
+std::string GraphModel::ConfidenceLabel(Confidence confidence) {
+    // The graphs' own spelling: "Range" with a capital.
     static const char* const kLabels[] = {"95%", "99%", "100% (Range)", "Bonferroni"};
-    return confidenceCode >= 0 && confidenceCode <= 3 ? kLabels[confidenceCode] : "";
+    return kLabels[ConfidenceCode(confidence)];
 }
 
 std::string GraphModel::Title() const {
     return (kind_ == Kind::Homozygotes ? "Homozygote Frequencies  (CI: "
                                        : "Frequency of Differences (bp)  (CI: ") +
-           ConfidenceLabel(confidenceCode_) + ")";
+           ConfidenceLabel(confidence_) + ")";
 }
 
 std::string GraphModel::AxisLabel() const {

@@ -19,8 +19,8 @@ public:
     GraphModel(Kind kind, std::string populationName, std::string locusName, Int16 lowest,
                CountArray observed, RoundMatrix rounds, std::vector<double> means);
 
-    // Bounds at a confidence interval code, as the run's test takes them.
-    void SetConfidence(Int16 confidenceCode);
+    // Bounds at a confidence interval, as the run's test takes them.
+    void SetConfidence(Confidence confidence);
 
     Kind kind() const { return kind_; }
     const std::string& LocusName() const { return locusName_; }
@@ -38,7 +38,7 @@ public:
 
     std::string Title() const;
     std::string AxisLabel() const;
-    static std::string ConfidenceLabel(Int16 confidenceCode);
+    static std::string ConfidenceLabel(Confidence confidence);
 
 private:
     Kind kind_;
@@ -48,7 +48,7 @@ private:
     CountArray observed_;
     RoundMatrix rounds_;
     std::vector<double> means_;
-    Int16 confidenceCode_ = 0;
+    Confidence confidence_ = Confidence::Percent95;
     BoundsTable bounds_;
 };
 

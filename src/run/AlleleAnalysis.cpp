@@ -185,7 +185,7 @@ void AlleleAnalysis::AnalyseLocus(LocusResult& locus, KeyPipeline& keys) {
     locus.meanHomozygotes = rounds.MeanHomozygotes();
     locus.meanDifferences = rounds.MeanDifferences();
 
-    LocusAnalysis(locus.index, settings_.confidenceCode);
+    LocusAnalysis(locus.index, settings_.confidence);
     ClassBinomialTest(locus.observedHomozygotes, locus.sortedAlleles, locus.randomHomozygotes,
                       tables_.chi, locus.binomial);
     if (locus.binomial.overflowed) ReportTooManySamples();
@@ -213,14 +213,14 @@ void AlleleAnalysis::ReportTooManySamples() {
     Call(hooks_.resetDisplay);
 }
 
-void AlleleAnalysis::LocusAnalysis(Int16 locus, Int16 confidenceCode) {
+void AlleleAnalysis::LocusAnalysis(Int16 locus, Confidence confidence) {
     if (locus < 0 || static_cast<std::size_t>(locus) >= loci_.size())
         throw ProgramError::SubscriptOutOfRange();
     LocusResult& l = loci_[static_cast<std::size_t>(locus)];
     const Int16 n = settings_.randomisations;
-    l.differenceBounds = ConfidenceBounds(l.randomDifferences, n, confidenceCode);
+    l.differenceBounds = ConfidenceBounds(l.randomDifferences, n, confidence);
     l.decisions.homozygoteExcess = ZeroClassExcessTest(l.observedDifferences, l.differenceBounds);
-    l.homozygoteBounds = ConfidenceBounds(l.randomHomozygotes, n, confidenceCode);
+    l.homozygoteBounds = ConfidenceBounds(l.randomHomozygotes, n, confidence);
     l.decisions.classWideExcess =
         ClassWideExcessTest(l.observedHomozygotes, l.homozygoteBounds, l.meanHomozygotes);
     l.decisions.oneRepeatDeficit =

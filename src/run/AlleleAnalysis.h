@@ -23,7 +23,7 @@ public:
 
     // The six decisions of a locus under a confidence interval, from the stored rounds: the
     // graph screen calls it for every locus when the interval changes, with no new draw.
-    void LocusAnalysis(Int16 locus, Int16 confidenceCode);
+    void LocusAnalysis(Int16 locus, Confidence confidence);
 
     const std::vector<LocusResult>& Loci() const { return loci_; }
     const RunSettings& Settings() const { return settings_; }

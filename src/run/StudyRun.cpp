@@ -26,7 +26,7 @@ std::vector<SuspectEntry> Entries(const Table& table, const std::vector<CellPosi
     return entries;
 }
 
-std::vector<Int16> RepeatCodes(const StudySettings& settings, const Table& table) {
+std::vector<Int16> RepeatCodes(const RunSettings& settings, const Table& table) {
     std::vector<Int16> codes;
     for (int column = 2; column + 1 < table.ColumnCount(); column += 2) {
         auto named = settings.repeatByLocus.find(table.Cell(1, column));
@@ -172,7 +172,7 @@ std::vector<StudyPopulation> StudyPopulations(InputDataSource& store,
     return chosen;
 }
 
-PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const StudySettings& settings,
+PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const RunSettings& settings,
                                         bool threaded) {
     PopulationResult result;
     result.number = population.number;
@@ -214,14 +214,10 @@ PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const Study
                 result.error = "Suspect values were found and the population was not analysed.";
             }
         } else {
-            RunSettings run;
-            run.seed = settings.seed;
-            run.randomisations = settings.randomisations;
-            run.confidenceCode = settings.confidenceCode;
+            // The study's settings as they came, with this population's motifs by column.
+            RunSettings run = settings;
             run.repeatCodes = repeatCodes;
-            run.tableFolder = settings.tableFolder;
             run.threaded = threaded;
-            run.isExcel = settings.isExcel;
             RunHooks hooks;
             hooks.prompter = &prompter;
             result.analysis = std::make_unique<AlleleAnalysis>(table, run, hooks);
@@ -247,7 +243,7 @@ PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const Study
     return result;
 }
 
-void RunStudy(std::vector<StudyPopulation>& populations, const StudySettings& settings,
+void RunStudy(std::vector<StudyPopulation>& populations, const RunSettings& settings,
               const std::function<void(PopulationResult&&)>& deliver,
               const std::atomic<bool>* cancel) {
     if (populations.empty()) return;

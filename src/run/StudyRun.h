@@ -7,7 +7,7 @@
 
 #include "base/CpuCount.h"
 #include "run/PopulationResult.h"
-#include "run/StudySettings.h"
+#include "run/RunSettings.h"
 
 namespace tavrelle {
 
@@ -28,14 +28,14 @@ inline constexpr std::int64_t kMostSamples = 32767;
 // The Analyse command on one population with nobody at the dialogs: the check, the choice about
 // suspect values that the settings make, and the run with a fresh generator from the seed.
 // `threaded` draws the random numbers on a second thread.
-PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const StudySettings& settings,
+PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const RunSettings& settings,
                                         bool threaded);
 
 // Analyses the populations in parallel, each on its own, and hands each result to `deliver` in
 // file order as soon as it and those before it are done, so that a caller that writes and drops
 // them keeps only a few in memory. `deliver` runs on the calling thread. When `cancel` becomes
 // true no new population starts; those under way finish and are delivered, and the rest are not.
-void RunStudy(std::vector<StudyPopulation>& populations, const StudySettings& settings,
+void RunStudy(std::vector<StudyPopulation>& populations, const RunSettings& settings,
               const std::function<void(PopulationResult&&)>& deliver,
               const std::atomic<bool>* cancel = nullptr);
 

@@ -122,11 +122,9 @@ std::optional<std::vector<std::string>> DesktopInteraction::NewGridLoci() {
     return dialog.Loci();
 }
 
-std::string DesktopInteraction::SheetName(const std::string& workbook) {
-    std::vector<std::string> names;
-    if (const auto reader = MakeExcelSheetReader(KindOfFile(workbook)))
-        names = reader->SheetNames(workbook);
-    frmSheetDialog dialog(*this, names, owner_);
+std::string DesktopInteraction::SheetName(const std::string& /*workbook*/,
+                                          const std::vector<std::string>& sheets) {
+    frmSheetDialog dialog(*this, sheets, owner_);
     dialog.exec();
     return dialog.SheetName();
 }

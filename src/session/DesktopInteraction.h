@@ -21,7 +21,8 @@ public:
     std::optional<std::string> SaveFileName(const FileDialogRequest& request) override;
     ErrorDialogChoice PossibleErrors() override;
     std::optional<std::vector<std::string>> NewGridLoci() override;
-    std::string SheetName(const std::string& workbook) override;
+    std::string SheetName(const std::string& workbook,
+                          const std::vector<std::string>& sheets) override;
     int OpenDocument(const std::string& path) override;
     void ShowHelp(const std::string& file, const std::string& topic, int command) override;
 

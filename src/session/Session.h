@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "analysis/Confidence.h"
 #include "base/Int16.h"
 #include "population/InputDataSource.h"
 #include "run/AlleleAnalysis.h"
@@ -18,7 +19,7 @@ struct Session {
     // The engine of the last run; replaced only once a new run has finished.
     std::unique_ptr<AlleleAnalysis> gAnalysis;
     std::int32_t gRandomSeed = 0;
-    Int16 gConfidenceCode = 0;
+    Confidence gConfidenceCode = Confidence::Percent95;
     Int16 gRandomisations = 1000;
     std::vector<Int16> gRepeatTable;  // repeat code per locus of the population under analysis
     std::string SummaryText;

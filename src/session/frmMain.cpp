@@ -22,7 +22,11 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "analysis/StatisticalTables.h"
+#include "base/InstallPaths.h"
 #include "session/GridView.h"
+#include "session/MotifPanel.h"
+#include "session/RunController.h"
 #include "widgets/Twips.h"
 
 namespace tavrelle {
@@ -90,11 +94,55 @@ frmMain::frmMain(Session& session, Interaction& interaction, std::filesystem::pa
         ChangedData = true;
     };
     DataGrid1->setModel(&gridModel_);
+    BuildRunController();
     ShowLeftPanel(true);
     ShowMessageBar(false);
     ClearDisplay();
     ShowGrid(false);
     CloseGridButton->hide();
+}
+
+void frmMain::BuildRunController() {
+    RunController::Screen screen;
+    screen.apply = [this](ScreenState state) { Apply(state); };
+    screen.showLeftPanel = [this](bool shown) { ShowLeftPanel(shown); };
+    screen.showMessageBar = [this](bool shown) { ShowMessageBar(shown); };
+    screen.showGrid = [this](bool shown) { ShowGrid(shown); };
+    screen.setToggleButton = [this](bool shown) { SetToggleButton(shown); };
+    screen.listFindings = [this](const std::string& listing) {
+        // The listing takes a sixth of the message bar's width.
+        ShowLeftPanel(true);
+        const int total = verticalSplitter_->width();
+        const int panel = std::max(total / 6, LeftPanel->minimumSizeHint().width());
+        verticalSplitter_->setSizes({panel, total - panel});
+        LocationText->setPlainText(QString::fromStdString(listing));
+    };
+    screen.clearTexts = [this] {
+        LocationText->clear();
+        AnalysisTBox->clear();
+        AdvisoryTBox->clear();
+    };
+    screen.closeGraphs = [this] { mnuCloseGraphs_Click(); };
+    screen.showLocusGraphs = [this] { ShowLocusGraphs(); };
+    screen.resetDisplay = [this] { ResetDisplay(); };
+    screen.reloadGrid = [this] { gridModel_.Reload(); };
+    screen.readsWorkbook = [this] { return isExcel; };
+    run_ = std::make_unique<RunController>(
+        session_, interaction_, flags, suspectCells, *motifs_,
+        RunController::Panel{this, SizeTextBox, RandTextBox, CICombo}, std::move(screen),
+        InstalledFile(programFolder_, kChiSquareTableFile).parent_path());
+}
+
+Int16 frmMain::LocusOnScreen() const {
+    return motifs_->CurrentLocus();
+}
+
+void frmMain::ValidateButton_Click() {
+    run_->ValidateButton_Click();
+}
+
+void frmMain::RandButton_Click() {
+    run_->RandButton_Click();
 }
 
 frmMain::~frmMain() {
@@ -259,31 +307,11 @@ QWidget* frmMain::BuildLeftPanel() {
     auto* layout = new QVBoxLayout(LeftPanel);
     layout->setContentsMargins(4, 4, 4, 4);
 
-    auto* motif = new QGroupBox(LeftPanel);
-    auto* motifLayout = new QGridLayout(motif);
-    RepeatLabel = Register(Control::RepeatLabel, "RepeatLabel",
-                           new QLabel("Enter the Repeat Motif for each Locus", motif));
-    RepeatLabel->setWordWrap(true);
-    LocusTextBox = Register(Control::LocusTextBox, "LocusTextBox", new QLineEdit(motif));
-    LocusTextBox->setReadOnly(true);
-    PLocusButton = Register(Control::PLocusButton, "PLocusButton", new QPushButton("<", motif));
-    PLocusButton->setToolTip("Move to the previous Locus");
-    NLocusButton = Register(Control::NLocusButton, "NLocusButton", new QPushButton(">", motif));
-    NLocusButton->setToolTip("Move to the next Locus");
-    for (QPushButton* arrow : {PLocusButton, NLocusButton})
-        arrow->setFixedWidth(28);
-    RepeatCombo = Register(Control::RepeatCombo, "RepeatCombo", new QComboBox(motif));
-    RepeatCombo->addItems({"", "Mononucleotide", "Dinucleotide", "Trinucleotide", "Tetranucleotide",
-                           "Pentanucleotide", "Hexanucleotide", "Di-tetra complex"});
-    RepeatCombo->setToolTip("Select a Repeat Motif from the dropdown");
-    AllButton = Register(Control::AllButton, "AllButton", new QPushButton("All", motif));
-    AllButton->setToolTip("Set all loci to this repeat motif");
-    motifLayout->addWidget(RepeatLabel, 0, 0, 1, 3);
-    motifLayout->addWidget(PLocusButton, 1, 0);
-    motifLayout->addWidget(LocusTextBox, 1, 1);
-    motifLayout->addWidget(NLocusButton, 1, 2);
-    motifLayout->addWidget(RepeatCombo, 2, 0, 1, 2);
-    motifLayout->addWidget(AllButton, 2, 2);
+    motifs_ = new MotifPanel(
+        LeftPanel, [this](Control id, const char*, QObject* control) { controls_[id] = control; },
+        [this](const std::function<void()>& handler) { Guarded(handler); },
+        [this] { return PopulationNumber; });
+    QWidget* motif = motifs_->Widget();
 
     auto* size = new QGroupBox(LeftPanel);
     auto* sizeLayout = new QHBoxLayout(size);
@@ -334,14 +362,9 @@ QWidget* frmMain::BuildLeftPanel() {
 
     Connect(ValidateButton, &frmMain::ValidateButton_Click);
     Connect(RandButton, &frmMain::RandButton_Click);
-    Connect(NLocusButton, &frmMain::NLocusButton_Click);
-    Connect(PLocusButton, &frmMain::PLocusButton_Click);
-    Connect(AllButton, &frmMain::AllButton_Click);
-    connect(RepeatCombo, &QComboBox::activated, this,
-            [this](int index) { Guarded([this, index] { RepeatCombo_Click(index); }); });
     // Choosing a motif after a clean check brings the check back.
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
-        if (now == RepeatCombo) flags.UncheckedData = true;
+        if (now == motifs_->Combo()) flags.UncheckedData = true;
     });
     return LeftPanel;
 }

@@ -33,6 +33,9 @@ class QToolButton;
 namespace tavrelle {
 
 class GridView;
+class MotifPanel;
+struct DataFileError;
+class RunController;
 
 // The main frame: menus, toolbar, the settings panel, the grid of the population on screen, the
 // text panes of a run and the bottom bar; graph windows open inside it. It prepares and shows;
@@ -59,10 +62,12 @@ public:
     // The result windows opened from the run's commands, newest last (closed ones drop out).
     const std::vector<QPointer<QWidget>>& ResultWindows() const { return resultWindows_; }
     Int16 PopulationOnScreen() const { return PopulationNumber; }
-    Int16 LocusOnScreen() const { return CurrentLocus; }
+    Int16 LocusOnScreen() const;
     bool DataChanged() const { return ChangedData; }
     bool DataUnchecked() const { return flags.UncheckedData; }
     bool ReadsWorkbook() const { return isExcel; }
+    // The road of Analyse; tests set its seed.
+    RunController& Run() const { return *run_; }
     const std::string& FileLocation() const { return fileLocation; }
 
     // The session's help bundle: the program's folder and "TavrelleHelp"; empty for none.
@@ -104,10 +109,6 @@ private:
     void NextPopButton_Click();
     void NPopButton_Click();
     void PPopButton_Click();
-    void NLocusButton_Click();
-    void PLocusButton_Click();
-    void RepeatCombo_Click(int listIndex);
-    void AllButton_Click();
     void ResetDisplay();
     void mnuHelpContents_Click();
     void mnuHelpIndex_Click();
@@ -122,7 +123,7 @@ private:
     void ShowBothGraphs(const std::string& locus, bool first);
     // The confidence interval changed in a graph window: the decisions of every locus follow
     // and every graph is redrawn, with no new randomisation.
-    void RefreshGraphs(Int16 confidenceCode);
+    void RefreshGraphs(Confidence confidence);
     void DisplayInitAnalysis(const std::string& locus);
     void ShowGenotypes(int locus);
     void SetFormOnTop(QWidget* window);
@@ -161,13 +162,12 @@ private:
     void ShowSettingsAgain();
 
     void CloseGrid();
+    // The boxes and example screen of a file that did not open, in order.
+    void ShowLoadError(const DataFileError& error);
     void BindGrid();
     void ShowPopulationCaption();
     void StoreCurrentPopulation();
-    void LocusNameListRoutine();
-    void ShowLocus();
-    bool CheckPopulation();
-    void RandomiseData();
+    void BuildRunController();
     void OnGridSelectionChanged();
     // Deletes the picked rows from the table, heading rows too; the grid's own deletion (from
     // its row menu) refuses to start at a heading row.
@@ -181,10 +181,12 @@ private:
     QAction* GridDeleteAction = nullptr;  // the grid's own deletion of the picked rows
     QToolBar* tbToolbar = nullptr;
     QWidget* LeftPanel = nullptr;
-    QLabel *RepeatLabel, *MaxAlleleLabel, *ValidateLabel, *CILabel, *XLabel, *TablesLabel;
-    QLineEdit *LocusTextBox, *SizeTextBox, *RandTextBox;
-    QPushButton *PLocusButton, *NLocusButton, *AllButton, *ValidateButton, *RandButton;
-    QComboBox *RepeatCombo, *CICombo;
+    QLabel *MaxAlleleLabel, *ValidateLabel, *CILabel, *XLabel, *TablesLabel;
+    QLineEdit *SizeTextBox, *RandTextBox;
+    QPushButton *ValidateButton, *RandButton;
+    QComboBox* CICombo;
+    MotifPanel* motifs_ = nullptr;
+    std::unique_ptr<RunController> run_;
     QPlainTextEdit *LocationText, *AdvisoryTBox, *AnalysisTBox;
     GridView* DataGrid1 = nullptr;
     QLabel* GridCaption = nullptr;
@@ -205,12 +207,6 @@ private:
     Int16 PopulationNumber = 0;
     Int16 LoadedPopulations = 0;
     bool NoMorePopulations = false;
-    Int16 CurrentLocus = 0;
-    std::vector<std::string> LocusNameList;
-    std::vector<std::array<Int16, 2>> RepeatTable;  // per locus: list index, repeat code
-    std::vector<std::vector<std::string>> SavedLocusNames;
-    std::vector<std::vector<std::array<Int16, 2>>> SavedRepeatTables;
-    Int16 NumberRandomisations = 1000;
     Int16 MaxAlleleSize = 350;
     std::vector<QPointer<QWidget>> resultWindows_;
     bool GraphLinkArmed = true;

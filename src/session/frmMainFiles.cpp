@@ -13,10 +13,12 @@
 #include "base/Numbers.h"
 #include "formats/ExcelWorkbookWriter.h"
 #include "formats/SheetReaders.h"
+#include "population/DataFileError.h"
 #include "population/FileKind.h"
 #include "population/GenepopWriter.h"
 #include "population/PopulationName.h"
 #include "session/GridView.h"
+#include "session/MotifPanel.h"
 #include "session/frmMain.h"
 
 namespace tavrelle {
@@ -28,6 +30,16 @@ std::string FileTitle(const std::string& path) {
 }
 
 }  // namespace
+
+void frmMain::ShowLoadError(const DataFileError& error) {
+    for (const Message& message : error.messages)
+        interaction_.Show(message);
+    if (error.example) interaction_.ShowExample(*error.example);
+    // A format without boxes of its own says where the file went wrong.
+    if (error.messages.empty() && !error.example)
+        interaction_.Show(
+            {error.Located(), "Error Opening File", MessageIcon::Exclamation, MessageButtons::Ok});
+}
 
 void frmMain::BindGrid() {
     gridModel_.Bind(&session_.gInputData->rsAlleleData);
@@ -95,11 +107,14 @@ void frmMain::mnuFileOpen_Click() {
     if (!chosen || chosen->empty()) return;  // cancelled: the controls stay off until an open
     StatusPanel1->setText("  Loading...");
     fileLocation = *chosen;
-    // The format is told by the name alone.
+    // The format is told by the name alone; a workbook is opened once, for its sheet names and
+    // then the sheet.
     const FileKind kind = KindOfFile(fileLocation);
+    const std::unique_ptr<ExcelSheetReader> reader = MakeExcelSheetReader(kind);
     if (IsExcelKind(kind)) {
         isExcel = true;
-        session_.gExcelSheetName = interaction_.SheetName(fileLocation);
+        session_.gExcelSheetName =
+            interaction_.SheetName(fileLocation, reader->SheetNames(fileLocation));
         if (session_.gExcelSheetName.empty()) {
             fileLocation.clear();
             return;
@@ -109,27 +124,15 @@ void frmMain::mnuFileOpen_Click() {
     }
     setWindowTitle(QString::fromStdString("Tavrelle - " + FileTitle(fileLocation)));
 
-    StoreRequest request;
-    request.fileLocation = fileLocation;
-    request.isExcel = isExcel;
-    request.excelSheetName = session_.gExcelSheetName;
-    const std::unique_ptr<ExcelSheetReader> reader = MakeExcelSheetReader(kind);
-    request.excelReader = reader.get();
-    std::unique_ptr<InputDataSource> store;
-    try {
-        store = std::make_unique<InputDataSource>(request, interaction_);
-    } catch (const std::exception& error) {
-        interaction_.Show(
-            {error.what(), "Error Opening File", MessageIcon::Exclamation, MessageButtons::Ok});
-        return;
-    }
-    if (store->LocusNames().front().empty()) {
+    OpenedDataFile opened =
+        OpenDataFileWith(fileLocation, kind, session_.gExcelSheetName, reader.get(), interaction_);
+    if (opened.error) {
         // A refused file: the screen stays as it was, the old store behind the old binding.
-        retiredStores_.push_back(std::move(store));
+        ShowLoadError(*opened.error);
         return;
     }
     if (session_.gInputData) retiredStores_.push_back(std::move(session_.gInputData));
-    session_.gInputData = std::move(store);
+    session_.gInputData = std::move(opened.store);
     BindGrid();
     ShowPopulationCaption();
     retiredStores_.clear();
@@ -208,7 +211,7 @@ void frmMain::mnuNew_Click() {
     gridModel_.SetAllowAddNew(true);
     GridCaption->setText("New Population");
     setWindowTitle("Tavrelle");
-    RepeatTable.assign(loci->size(), {0, 0});
+    motifs_->Blank(loci->size());
     store.rsAlleleData.SetCell(1, 1, "");
     gridModel_.Reload();
 
@@ -217,7 +220,7 @@ void frmMain::mnuNew_Click() {
     // The panel and the grid come up so that the new population can be typed at once.
     ShowLeftPanel(true);
     ShowGrid(true);
-    LocusNameListRoutine();
+    motifs_->SetLoci(session_.gInputData->LocusNames());
 }
 
 }  // namespace tavrelle

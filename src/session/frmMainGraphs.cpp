@@ -26,7 +26,7 @@ void frmMain::ShowLocusGraphs() {
         ShowBothGraphs(locus, first);
     };
     host.displayInitAnalysis = [this](const std::string& locus) { DisplayInitAnalysis(locus); };
-    host.refresh = [this](Int16 code) { Guarded([this, code] { RefreshGraphs(code); }); };
+    host.refresh = [this](Confidence code) { Guarded([this, code] { RefreshGraphs(code); }); };
     host.toggleGrid = [this] { Guarded([this] { mnuToggle_Click(); }); };
     host.closeGraphs = [this] { Guarded([this] { mnuCloseGraphs_Click(); }); };
     host.estimateFrequencies = [this] { Guarded([this] { mnuAnalysis_Click(); }); };
@@ -112,14 +112,14 @@ void frmMain::DisplayInitAnalysis(const std::string& locus) {
     AnalysisTBox->setPlainText(ShownText(texts->second));
 }
 
-void frmMain::RefreshGraphs(Int16 confidenceCode) {
+void frmMain::RefreshGraphs(Confidence confidence) {
     if (!session_.gAnalysis) return;
     QApplication::setOverrideCursor(Qt::WaitCursor);
-    session_.gConfidenceCode = confidenceCode;
+    session_.gConfidenceCode = confidence;
     for (std::size_t l = 0; l < session_.gAnalysis->Loci().size(); ++l)
-        session_.gAnalysis->LocusAnalysis(static_cast<Int16>(l), confidenceCode);
+        session_.gAnalysis->LocusAnalysis(static_cast<Int16>(l), confidence);
     for (frmDrawGraph* window : GraphWindows())
-        window->SetConfidence(confidenceCode);
+        window->SetConfidence(confidence);
     QApplication::restoreOverrideCursor();
 }
 

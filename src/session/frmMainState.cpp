@@ -16,6 +16,8 @@
 
 #include "population/GenepopWriter.h"
 #include "session/GridView.h"
+#include "session/MotifPanel.h"
+#include "session/RunController.h"
 #include "session/frmMain.h"
 #include "widgets/Twips.h"
 
@@ -64,13 +66,11 @@ void frmMain::ShowMessageBar(bool shown) {
 
 void frmMain::ClearDisplay() {
     Apply(ScreenState::NoData);
-    LocusTextBox->clear();
     SizeTextBox->setMaxLength(3);
     SizeTextBox->setText(QString::number(MaxAlleleSize));
     RandTextBox->setMaxLength(5);
-    RandTextBox->setText(QString::number(NumberRandomisations));
-    SavedLocusNames.assign(1, {});
-    SavedRepeatTables.assign(1, {});
+    RandTextBox->setText(QString::number(run_->NumberRandomisations()));
+    motifs_->Clear();
     session_.gNewGridLoaded = false;
     ChangedData = false;
     setWindowTitle("Tavrelle");

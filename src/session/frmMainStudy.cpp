@@ -5,6 +5,8 @@
 
 #include "base/Numbers.h"
 #include "run/screens/frmStudyOverview.h"
+#include "session/MotifPanel.h"
+#include "session/RunController.h"
 #include "session/frmMain.h"
 
 namespace tavrelle {
@@ -38,13 +40,13 @@ void frmMain::mnuStudyOverview_Click() {
     request.file = fileLocation;
     if (isExcel && !session_.gExcelSheetName.empty()) request.sheet = session_.gExcelSheetName;
     request.unsavedChanges = ChangedData;
-    StudySettings& settings = request.settings;
+    RunSettings& settings = request.settings;
     settings.randomisations =
-        PanelRandomisations(RandTextBox->text().toStdString(), NumberRandomisations);
-    settings.confidenceCode = static_cast<Int16>(std::max(0, CICombo->currentIndex()));
+        PanelRandomisations(RandTextBox->text().toStdString(), run_->NumberRandomisations());
+    settings.confidence =
+        ConfidenceFromCode(CICombo->currentIndex()).value_or(Confidence::Percent95);
     // The motifs chosen for the population on screen, by locus name.
-    for (std::size_t i = 0; i < LocusNameList.size() && i < RepeatTable.size(); ++i)
-        if (RepeatTable[i][1] != 0) settings.repeatByLocus[LocusNameList[i]] = RepeatTable[i][1];
+    settings.repeatByLocus = motifs_->MotifsByName();
     settings.tableFolder = programFolder_;
     settings.onSuspect = SuspectPolicy::Proceed;
 

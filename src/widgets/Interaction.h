@@ -30,8 +30,9 @@ public:
     virtual ErrorDialogChoice PossibleErrors() = 0;
     // frmNewGrid: the locus names of the new grid, or nothing when cancelled.
     virtual std::optional<std::vector<std::string>> NewGridLoci() = 0;
-    // frmSheetDialog: the sheet to read from a workbook; empty when cancelled.
-    virtual std::string SheetName(const std::string& workbook) = 0;
+    // frmSheetDialog, offering the workbook's `sheets`: the sheet to read; empty when cancelled.
+    virtual std::string SheetName(const std::string& workbook,
+                                  const std::vector<std::string>& sheets) = 0;
     // Asks the desktop to open a document with its registered program; the result is the
     // desktop's code: 0 opened, 2 file not found, 3 path not found or no program to open it
     // with, other codes as they come.

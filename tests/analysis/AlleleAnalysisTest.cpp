@@ -36,12 +36,12 @@ struct RecordedRun {
     std::vector<int> progress;
     std::unique_ptr<AlleleAnalysis> analysis;
 
-    RecordedRun(const Table& table, Int16 loci, bool threaded = false, Int16 code = 0,
-                bool heterozygotesOnly = false) {
+    RecordedRun(const Table& table, Int16 loci, bool threaded = false,
+                Confidence code = Confidence::Percent95, bool heterozygotesOnly = false) {
         RunSettings settings;
         settings.seed = 12345;
         settings.randomisations = 1000;
-        settings.confidenceCode = code;
+        settings.confidence = code;
         settings.repeatCodes.assign(static_cast<std::size_t>(loci), 2);
         settings.tableFolder = TAVRELLE_TABLE_DIR;
         settings.threaded = threaded;
@@ -119,10 +119,10 @@ TEST(AlleleAnalysis, ObservedCountsHoldEveryScoredIndividual) {
 
 TEST(AlleleAnalysis, AChangedIntervalReusesTheRounds) {
     Table table = Simulated(44, 80, 4, 0.2);
-    RecordedRun at95(table, 4, false, k95Percent);
-    RecordedRun atRange(table, 4, false, kFullRange);
+    RecordedRun at95(table, 4, false, Confidence::Percent95);
+    RecordedRun atRange(table, 4, false, Confidence::FullRange);
     for (Int16 l = 0; l < 4; ++l)
-        at95.analysis->LocusAnalysis(l, kFullRange);
+        at95.analysis->LocusAnalysis(l, Confidence::FullRange);
     ExpectSameLoci(*at95.analysis, *atRange.analysis);
 }
 
@@ -183,7 +183,7 @@ TEST(AlleleAnalysis, TheHeterozygotesOnlySwitchLeavesHomozygotesOutOfThePool) {
                                    {"104", "104"},
                                    {"100", "104"}});
     RecordedRun all(table, 1);
-    RecordedRun heterozygotes(table, 1, false, 0, true);
+    RecordedRun heterozygotes(table, 1, false, Confidence::Percent95, true);
     double allPairs = 0;
     double heterozygotePairs = 0;
     for (double m : all.analysis->Loci()[0].meanDifferences)

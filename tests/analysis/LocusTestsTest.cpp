@@ -27,30 +27,30 @@ RoundMatrix Ranks(int classes, int rounds) {
 
 TEST(ConfidenceBounds, TakeTheRanksOfEachLevel) {
     RoundMatrix ranks = Ranks(2, 1000);  // the count at rank r is r
-    auto bounds = [&](Int16 code) {
+    auto bounds = [&](Confidence code) {
         BoundsTable b = ConfidenceBounds(ranks, 1000, code);
         return std::pair<int, int>(b.lower[0], b.upper[0]);
     };
-    EXPECT_EQ(bounds(k95Percent), std::make_pair(25, 974));
-    EXPECT_EQ(bounds(k99Percent), std::make_pair(5, 994));
-    EXPECT_EQ(bounds(kFullRange), std::make_pair(0, 999));
+    EXPECT_EQ(bounds(Confidence::Percent95), std::make_pair(25, 974));
+    EXPECT_EQ(bounds(Confidence::Percent99), std::make_pair(5, 994));
+    EXPECT_EQ(bounds(Confidence::FullRange), std::make_pair(0, 999));
     // Two classes counted: 100 - 1000 x (1 - 0.95^(1/2)) = 74.68, tail 126.6.
-    EXPECT_EQ(bounds(kBonferroni), std::make_pair(127, 872));
-    EXPECT_NEAR(ConfidenceLevel(kBonferroni, 1000, 5), 89.79, 0.005);
-    BoundsTable range = ConfidenceBounds(Ranks(1, 2000), 2000, kFullRange);
+    EXPECT_EQ(bounds(Confidence::Bonferroni), std::make_pair(127, 872));
+    EXPECT_NEAR(ConfidenceLevel(Confidence::Bonferroni, 1000, 5), 89.79, 0.005);
+    BoundsTable range = ConfidenceBounds(Ranks(1, 2000), 2000, Confidence::FullRange);
     EXPECT_EQ(range.upper[0], 1999);
 }
 
 TEST(ConfidenceBounds, BonferroniWithNothingCountedDividesByZero) {
     RoundMatrix zeros = Matrix({{0, 0, 0, 0}});
     try {
-        ConfidenceBounds(zeros, 4, kBonferroni);
+        ConfidenceBounds(zeros, 4, Confidence::Bonferroni);
         FAIL();
     } catch (const ProgramError& error) {
         EXPECT_EQ(error.Number(), 11);
     }
     // At 10000 rounds a Bonferroni level can fall so low that its rank leaves the table.
-    EXPECT_THROW(ConfidenceBounds(Ranks(1, 10000), 10000, kBonferroni), ProgramError);
+    EXPECT_THROW(ConfidenceBounds(Ranks(1, 10000), 10000, Confidence::Bonferroni), ProgramError);
 }
 
 TEST(HomozygoteDecisions, CountClassesAgainstBoundsAndMeans) {

@@ -88,8 +88,8 @@ TEST(BatchOptions, RefusalsNameTheOptionAndTheRule) {
         {"f.gen", "--repeat", "2", "--repeat", "Loc 7=3", "--population", "1,3-4"});
     EXPECT_EQ(options.repeatByLocus.at("Loc 7"), 3);
     EXPECT_EQ(options.populations, (std::vector<int>{1, 3, 4}));
-    EXPECT_EQ(options.onSuspect, SuspectPolicy::Proceed);
-    EXPECT_EQ(options.bootstrap, 1000);
+    EXPECT_EQ(options.settings.onSuspect, SuspectPolicy::Proceed);
+    EXPECT_EQ(options.settings.bootstrap, 1000);
 }
 
 class BatchProgram : public ::testing::Test {

@@ -99,16 +99,16 @@ TEST_F(GraphTest, AnotherIntervalRedecidesFromTheSameRounds) {
     const AlleleAnalysis* engine = session.gAnalysis.get();
     const std::vector<double> means = engine->Loci()[1].meanHomozygotes;
     frmDrawGraph* window = Window("Tav107", true);
-    window->CICombo->setCurrentIndex(kFullRange);
+    window->CICombo->setCurrentIndex(ConfidenceCode(Confidence::FullRange));
     window->RefreshButton->click();
-    EXPECT_EQ(session.gConfidenceCode, kFullRange);
+    EXPECT_EQ(session.gConfidenceCode, Confidence::FullRange);
     EXPECT_EQ(session.gAnalysis.get(), engine);  // no new run
     EXPECT_EQ(engine->Loci()[1].meanHomozygotes, means);
 
     // A fresh run with the session's seed at the full range decides and bounds the same.
     RecordingPrompter quiet;
     RunSettings settings = engine->Settings();
-    settings.confidenceCode = kFullRange;
+    settings.confidence = Confidence::FullRange;
     AlleleAnalysis fresh(session.gInputData->rsAlleleData, settings,
                          RunHooks{&quiet, {}, {}, {}, {}});
     for (std::size_t l = 0; l < fresh.Loci().size(); ++l) {

@@ -30,7 +30,7 @@ public:
         return choice;
     }
     std::optional<std::vector<std::string>> NewGridLoci() override { return Next(newGrids); }
-    std::string SheetName(const std::string&) override {
+    std::string SheetName(const std::string&, const std::vector<std::string>&) override {
         std::optional<std::string> name = Next(sheetNames);
         return name.value_or("");
     }

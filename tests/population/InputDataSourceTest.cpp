@@ -150,29 +150,17 @@ TEST_F(Store, WorkbookWithoutReaderIsRefusedWithTheExcelExample) {
 // Stands in for the workbook reader: one locus, two populations of one sample each.
 class TwoRowSheet : public ExcelSheetReader {
 public:
-    void ReadExcelSheet(InputDataSource& store, const std::string&, const std::string& sheetName,
-                        Prompter&) override {
+    SheetRead ReadExcelSheet(const std::string&, const std::string& sheetName, Prompter&) override {
         sheetSeen = sheetName;
-        LocusNamesOf(store) = {"S1"};
-        store.SetColumnHeaders(store.rsAllData);
-        store.DisplayLociNames(store.rsAllData);
-        auto& bookmarks = PopulationBookmarksOf(store);
-        bookmarks.clear();
-        for (const char* name : {"x", "Pop", "y"}) {
-            store.rsAllData.AddNew();
-            store.rsAllData.SetField(1, name);
-            if (std::string(name) == "Pop") continue;
-            store.rsAllData.SetField(0, "1");
-            store.rsAllData.SetField(2, "100");
-            store.rsAllData.SetField(3, "0");
-            bookmarks.push_back(store.rsAllData.GetBookmark());
-            ++CurrentPopulationOf(store);
-        }
+        SheetRead read;
+        read.cells = PopulationCells{
+            "", {"S1"}, {{"1", "x", "100", "0"}, {"", "Pop"}, {"1", "y", "100", "0"}}};
+        return read;
     }
     std::string sheetSeen;
 };
 
-TEST_F(Store, WorkbookReaderFillsTheStoreThroughItsSeam) {
+TEST_F(Store, WorkbookReaderHandsItsCellsToTheStore) {
     TwoRowSheet sheet;
     StoreRequest book = FileRequest(folder.Write("book.xls", "x"));
     book.isExcel = true;

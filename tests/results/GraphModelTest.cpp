@@ -22,7 +22,7 @@ TEST(GraphModel, TitlesLabelsAndMaxima) {
     EXPECT_EQ(homozygotes.ClassLabel(2), 122);
     EXPECT_EQ(homozygotes.ClassesInUse(), 2);
     EXPECT_EQ(homozygotes.YMax(), 5);  // the observed 5 tops every bound
-    homozygotes.SetConfidence(kFullRange);
+    homozygotes.SetConfidence(Confidence::FullRange);
     EXPECT_EQ(homozygotes.Title(), "Homozygote Frequencies  (CI: 100% (Range))");
     EXPECT_EQ(homozygotes.Bounds().upper, (std::vector<Int16>{0, 3, 1}));
     GraphModel differences = Graph(GraphModel::Kind::Differences);

@@ -14,8 +14,8 @@ std::vector<StudyPopulation> FivePopulations() {
     return SimulatedStudy(7, {30, 25, 40, 30, 35}, 4, 1, 0.2);
 }
 
-StudySettings Settings(int threads) {
-    StudySettings settings;
+RunSettings Settings(int threads) {
+    RunSettings settings;
     settings.seed = 4242;
     settings.repeatForAll = 2;
     settings.tableFolder = TAVRELLE_TABLE_DIR;
@@ -95,7 +95,7 @@ TEST(StudyRun, APopulationNotAnalysedSaysWhyInACode) {
     for (const auto& c : cases) {
         StudyPopulation population = SimulatedStudy(5, {c.samples}, 2).front();
         if (*c.firstAllele != '\0') population.table.SetCell(2, 2, c.firstAllele);
-        StudySettings settings = Settings(1);
+        RunSettings settings = Settings(1);
         settings.onSuspect = c.onSuspect;
         if (!c.motif) settings.repeatForAll.reset();
         const PopulationResult result = AnalyseStudyPopulation(population, settings, false);

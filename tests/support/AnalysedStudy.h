@@ -12,7 +12,7 @@ namespace tavrelle {
 // a motif at one of its loci.
 inline std::vector<PopulationResult> AnalysedStudy() {
     std::vector<StudyPopulation> populations = SimulatedStudy(11, {40, 35, 50, 30}, 3, 2, 0.3);
-    StudySettings settings;
+    RunSettings settings;
     settings.seed = 99;
     settings.repeatForAll = 2;
     settings.tableFolder = TAVRELLE_TABLE_DIR;

@@ -6,7 +6,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "base/Numbers.h"
+#include "analysis/SeedText.h"
 
 namespace tavrelle {
 
@@ -35,24 +35,21 @@ frmSeedDialog::frmSeedDialog(std::int32_t& randomSeed, Prompter& prompter,
 }
 
 void frmSeedDialog::SeedOKButton_Click() {
-    const std::string text = SeedTextBox->text().toStdString();
-    const bool wholeForm = IsNumeric(text) && text.find('.') == std::string::npos;
-    std::int32_t value = 0;
-    try {
-        // Converted whatever the form: text that is no number fails here, before any message.
-        value = TextToInt32(text);
-    } catch (const ProgramError& error) {
-        error_ = error;
+    // The box holds 9 characters at most: that limits the typing, not the rule.
+    const SeedReading reading = ParseSeed(SeedTextBox->text().toStdString());
+    if (reading.conversionError) {
+        // Text that is no number fails in the conversion, before any message.
+        error_ = reading.conversionError;
         reject();
         return;
     }
-    if (!wholeForm || value < 0) {
+    if (!reading.Accepted()) {
         prompter_.Show(
             {"Please enter a positive integer.", "", MessageIcon::None, MessageButtons::Ok});
         return;
     }
     hide();
-    randomSeed_ = value;
+    randomSeed_ = reading.seed;
     try {
         if (rerun_) rerun_();
     } catch (const ProgramError& error) {

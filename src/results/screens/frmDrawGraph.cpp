@@ -67,7 +67,7 @@ void GraphPanel::mousePressEvent(QMouseEvent* event) {
     QWidget::mousePressEvent(event);
 }
 
-frmDrawGraph::frmDrawGraph(GraphModel graph, Int16 confidenceCode, GraphWindowHost host,
+frmDrawGraph::frmDrawGraph(GraphModel graph, Confidence confidence, GraphWindowHost host,
                            QWidget* parent)
     : QMainWindow(parent), graph_(std::move(graph)), host_(std::move(host)) {
     setWindowTitle(QString::fromStdString(
@@ -106,7 +106,7 @@ frmDrawGraph::frmDrawGraph(GraphModel graph, Int16 confidenceCode, GraphWindowHo
     CICombo = new QComboBox(this);
     CICombo->addItems({"95%", "99%", "100% (range)", "Bonferroni"});
     CICombo->setToolTip("Select a Confidence Interval from the dropdown and click Refresh");
-    CICombo->setCurrentIndex(confidenceCode);
+    CICombo->setCurrentIndex(ConfidenceCode(confidence));
     RefreshButton = new QPushButton("&Refresh", this);
     tbToolbar->addWidget(LabelCInt);
     tbToolbar->addWidget(CICombo);
@@ -135,9 +135,9 @@ frmDrawGraph::frmDrawGraph(GraphModel graph, Int16 confidenceCode, GraphWindowHo
     };
     auto refresh = [this] {
         if (host_.refresh)
-            host_.refresh(static_cast<Int16>(CICombo->currentIndex()));
+            host_.refresh(ChosenConfidence());
         else
-            SetConfidence(static_cast<Int16>(CICombo->currentIndex()));
+            SetConfidence(ChosenConfidence());
     };
     connect(RefreshButton, &QPushButton::clicked, this, refresh);
     connect(CICombo, &QComboBox::activated, this, refresh);
@@ -171,12 +171,16 @@ frmDrawGraph::frmDrawGraph(GraphModel graph, Int16 confidenceCode, GraphWindowHo
     connect(mnuUserGuide, &QAction::triggered, this, [this] { Call(host_.userGuide); });
     connect(mnuQuestionnaire, &QAction::triggered, this, [this] { Call(host_.questionnaire); });
     connect(mnuHelpAbout, &QAction::triggered, this, [this] { Call(host_.about); });
-    SetConfidence(confidenceCode);
+    SetConfidence(confidence);
 }
 
-void frmDrawGraph::SetConfidence(Int16 confidenceCode) {
-    CICombo->setCurrentIndex(confidenceCode);
-    graph_.SetConfidence(confidenceCode);
+Confidence frmDrawGraph::ChosenConfidence() const {
+    return ConfidenceFromCode(CICombo->currentIndex()).value_or(Confidence::Percent95);
+}
+
+void frmDrawGraph::SetConfidence(Confidence confidence) {
+    CICombo->setCurrentIndex(ConfidenceCode(confidence));
+    graph_.SetConfidence(confidence);
     UpdateView();
 }
 

@@ -21,7 +21,7 @@ struct GraphWindowHost {
     std::function<void(const std::string& locus, bool first)> showBothGraphs;
     std::function<void(const std::string& locus)> displayInitAnalysis;
     // The confidence interval changed: rerun the decisions and redraw every graph window.
-    std::function<void(Int16 confidenceCode)> refresh;
+    std::function<void(Confidence confidence)> refresh;
     std::function<void()> toggleGrid, closeGraphs, estimateFrequencies, nullsAcrossLoci;
     std::function<void()> helpContents, helpIndex, userGuide, questionnaire, about;
 };
@@ -46,7 +46,7 @@ protected:
 class frmDrawGraph : public QMainWindow {
     Q_OBJECT
 public:
-    frmDrawGraph(GraphModel graph, Int16 confidenceCode, GraphWindowHost host,
+    frmDrawGraph(GraphModel graph, Confidence confidence, GraphWindowHost host,
                  QWidget* parent = nullptr);
 
     const std::string& locus() const { return graph_.LocusName(); }
@@ -55,7 +55,9 @@ public:
     const GraphView& View() const { return view_; }
 
     // Redraws at another confidence interval, from the same rounds.
-    void SetConfidence(Int16 confidenceCode);
+    void SetConfidence(Confidence confidence);
+    // The interval the window's list shows.
+    Confidence ChosenConfidence() const;
     void mnuToggleScale_Click();
     // Saves the drawing under `path`; the extension chooses BMP, PNG, SVG or PDF.
     bool SaveGraph(const std::string& path) const;

@@ -18,12 +18,12 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 #include <array>
-#include <charconv>
 #include <fstream>
 #include <stdexcept>
 #include <utility>
 
 #include "analysis/ClockSeed.h"
+#include "analysis/SeedText.h"
 #include "base/ProgramError.h"
 #include "formats/StudySource.h"
 #include "formats/StudyTableXlsx.h"
@@ -61,8 +61,6 @@ protected:
 private:
     HeatMapDrawing drawing_;
 };
-
-const char* const kConfidenceNames[] = {"95%", "99%", "99.9%"};
 
 std::string EstimateText(double estimate) {
     char text[16];
@@ -191,16 +189,16 @@ void frmStudyOverview::Tell(const std::string& text) {
 }
 
 void frmStudyOverview::ShowSettings() {
-    const StudySettings& s = request_.settings;
+    const RunSettings& s = request_.settings;
     std::string motifs;
     if (s.repeatForAll) motifs = "every locus " + std::to_string(*s.repeatForAll);
     for (const auto& [locus, code] : s.repeatByLocus)
         motifs += (motifs.empty() ? "" : ", ") + locus + " " + std::to_string(code);
-    std::string text =
-        "File: " + request_.file + "\nRandomisations: " + std::to_string(s.randomisations) +
-        "    Confidence interval: " + kConfidenceNames[std::clamp<int>(s.confidenceCode, 0, 2)] +
-        "    Repeat units: " + (motifs.empty() ? "none chosen" : motifs) +
-        "\nSuspect values are analysed as they stand and listed below.";
+    std::string text = "File: " + request_.file +
+                       "\nRandomisations: " + std::to_string(s.randomisations) +
+                       "    Confidence interval: " + ConfidenceText(s.confidence) +
+                       "    Repeat units: " + (motifs.empty() ? "none chosen" : motifs) +
+                       "\nSuspect values are analysed as they stand and listed below.";
     if (request_.unsavedChanges)
         text += " The grid's unsaved changes are not included: the study reads the file.";
     SettingsLabel->setText(QString::fromStdString(text));
@@ -210,13 +208,12 @@ bool frmStudyOverview::Run() {
     if (Running()) return false;
     const std::string typed = SeedBox->text().trimmed().toStdString();
     if (!typed.empty()) {
-        std::int32_t value = 0;
-        auto [end, error] = std::from_chars(typed.data(), typed.data() + typed.size(), value);
-        if (error != std::errc() || end != typed.data() + typed.size()) {
-            Tell("The seed must be a whole number between -2147483648 and 2147483647.");
+        const SeedReading reading = ParseSeed(typed);
+        if (!reading.Accepted()) {
+            Tell("The seed must be a whole number from 0 to 2147483647.");
             return false;
         }
-        seed_ = value;
+        seed_ = reading.seed;
         clockSeed_ = false;
     } else {
         seed_ = SeedFromClock();
@@ -233,6 +230,7 @@ bool frmStudyOverview::Run() {
     populations_ = std::move(study.populations);
     request_.settings.isExcel = study.isExcel;
     request_.settings.seed = seed_;
+    request_.settings.clockSeed = clockSeed_;
     request_.settings.onSuspect = SuspectPolicy::Proceed;
     request_.settings.bootstrap = 0;  // the overview shows point estimates only
     populationCount_ = static_cast<int>(populations_.size());
@@ -406,7 +404,7 @@ void frmStudyOverview::OpenCellGraphs(int row, int column) {
                 LocusGraph(first ? GraphModel::Kind::Homozygotes : GraphModel::Kind::Differences,
                            population.name, locus);
             auto* window =
-                new frmDrawGraph(std::move(graph), request_.settings.confidenceCode, host, this);
+                new frmDrawGraph(std::move(graph), request_.settings.confidence, host, this);
             window->setAttribute(Qt::WA_DeleteOnClose);
             window->setWindowTitle(window->windowTitle() + " - " +
                                    QString::fromStdString(population.name));

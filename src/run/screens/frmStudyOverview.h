@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "run/PopulationResult.h"
-#include "run/StudySettings.h"
+#include "run/RunSettings.h"
 #include "run/StudyTable.h"
 
 class QLabel;
@@ -30,7 +30,7 @@ class Interaction;
 struct StudyRequest {
     std::string file;
     std::string sheet = "Sheet1";
-    StudySettings settings;
+    RunSettings settings;
     bool unsavedChanges = false;  // the grid holds edits the file does not
 };
 

@@ -1,4 +1,4 @@
-#include "batch/LocusMotifs.h"
+#include "run/LocusMotifs.h"
 
 #include <algorithm>
 
@@ -56,7 +56,7 @@ std::map<std::string, Int16> ReadRepeatTable(const std::string& path) {
                                       : std::string(TrimBlanks(line.substr(separator + 1)));
         const bool valid = !name.empty() && motif.size() == 1 && motif[0] >= '1' && motif[0] <= '6';
         if (!valid)
-            throw BatchUsageError("--repeats " + path + ", line " + std::to_string(number) +
+            throw StudyUsageError("--repeats " + path + ", line " + std::to_string(number) +
                                   ": give a locus name and its motif (1 to 6), separated by a "
                                   "tab or a comma (got '" +
                                   line + "').");
@@ -90,7 +90,7 @@ std::map<std::string, Int16> MotifsOfLoci(const std::vector<std::string>& loci,
     for (const auto& [name, motif] : byOption) {
         if (known(name)) continue;
         const std::vector<std::string> closest = ClosestNames(name, loci);
-        throw BatchUsageError("--repeat " + name + "=" + std::to_string(motif) +
+        throw StudyUsageError("--repeat " + name + "=" + std::to_string(motif) +
                               ": the file has no locus '" + name + "'." +
                               (closest.empty() ? " Its loci: " + Listed(loci) + "."
                                                : " Did you mean " + Listed(closest) + "?"));
@@ -112,7 +112,7 @@ std::map<std::string, Int16> MotifsOfLoci(const std::vector<std::string>& loci,
             without.push_back(locus);
     }
     if (!without.empty())
-        throw BatchUsageError("no repeat motif for " + std::to_string(without.size()) +
+        throw StudyUsageError("no repeat motif for " + std::to_string(without.size()) +
                               " locus/loci: " + Listed(without) +
                               ". Give --repeat N for every locus, --repeat NAME=N, or --repeats "
                               "FILE.");
