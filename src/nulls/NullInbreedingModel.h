@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "nulls/LocusGenotypeTally.h"
@@ -47,11 +48,12 @@ struct ModelFit {
 // EM's fixed points and its monotone likelihood: an extrapolation that leaves the parameter
 // space or lowers the likelihood gives way to the plain EM steps.
 //
-// EM creeps towards a maximum on the boundary, so F, or the null allele of a locus without
-// blanks, is set to 0 once it falls below 1e-7, where EM holds it. At convergence each such
-// coordinate is probed: if EM would raise it from 1e-9, the likelihood rises that way, and it
-// starts again from 0.05 (twice at most, then it is left to EM). Under Hardy-Weinberg a locus
-// without blanks whose maximum is at p_n = 0 is recognised from the slope there without any
+// The steps are ModelFitter's (ModelFitter.h), the boundary handling ModelBoundary's
+// (ModelBoundary.h). EM creeps towards a maximum on the boundary, so F, or the null allele of a
+// locus without blanks, is set to 0 once it falls below 1e-7, where EM holds it. At convergence
+// each such coordinate is probed: if EM would raise it from 1e-9, the likelihood rises that way,
+// and it starts again from 0.05 (twice at most, then it is left to EM). Under Hardy-Weinberg a
+// locus without blanks whose maximum is at p_n = 0 is recognised from the slope there without any
 // step. With F fixed at 0 each locus is fitted on its own, at its own pace. Frequencies below
 // 1e-9 are reported as 0.
 ModelFit FitModel(const std::vector<LocusGenotypeTally>& loci, ModelTerms terms,
@@ -67,6 +69,15 @@ ModelFit WithNullsHeld(const std::vector<LocusGenotypeTally>& loci, ModelFit apa
 // free: EM moves F up from 1e-9 exactly then. When it does not, `atZero` is a maximum of the
 // model with both terms free, on its boundary.
 bool InbreedingWouldRise(const std::vector<LocusGenotypeTally>& loci, const ModelFit& atZero);
+
+// A visible allele's share of the scored copies: the Hardy-Weinberg estimate without nulls.
+double ObservedFrequency(const LocusGenotypeTally& t, std::size_t allele);
+
+// The log-likelihood of one locus, `p` its visible allele frequencies, `pn` its null allele's.
+// With `blanks` false the blanks are left aside: a model without null alleles has no
+// probability for them.
+double LocusLogLikelihood(const LocusGenotypeTally& t, double f, const double* p, double pn,
+                          bool blanks = true);
 
 // The log-likelihood of the genotypes under the given parameters (the multinomial coefficient
 // left out, the factor 2 of heterozygotes kept).

@@ -9,6 +9,8 @@ struct Rgb {
     int red = 0;
     int green = 0;
     int blue = 0;
+
+    bool operator==(const Rgb&) const = default;
 };
 
 // The estimate scale runs from 0 (pale) to this value (dark) and holds there; an estimate at or

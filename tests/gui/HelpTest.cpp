@@ -204,15 +204,5 @@ TEST_F(HelpViewerTest, EveryPageIsListedAndEveryLinkAndImageIsThere) {
     }
 }
 
-TEST_F(HelpViewerTest, PicturesOfEveryTopic) {
-    if (!std::getenv("TAVRELLE_SCREENSHOTS")) GTEST_SKIP() << "no TAVRELLE_SCREENSHOTS";
-    const HelpBundle bundle(QString::fromStdString(kHelpSource.string()));
-    for (const HelpLink& link : bundle.Contents()) {
-        HelpViewer& viewer = Show("::/" + link.page.toStdString());
-        GrabWindow(viewer, "help-" + QFileInfo(link.page).baseName().toStdString());
-    }
-    GrabWindow(Show("", 2), "help-index");
-}
-
 }  // namespace
 }  // namespace tavrelle

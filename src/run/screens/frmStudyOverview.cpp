@@ -8,7 +8,6 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPainter>
 #include <QPlainTextEdit>
 #include <QProgressDialog>
 #include <QScrollArea>
@@ -17,7 +16,6 @@
 #include <QTableWidget>
 #include <QToolBar>
 #include <QVBoxLayout>
-#include <array>
 #include <fstream>
 #include <stdexcept>
 #include <utility>
@@ -31,63 +29,19 @@
 #include "results/GraphModel.h"
 #include "results/LocusGraphs.h"
 #include "results/screens/frmDrawGraph.h"
-#include "run/EstimateColour.h"
-#include "run/StudyRun.h"
+#include "run/StudyGridLayout.h"
 #include "run/StudyTableExport.h"
 #include "run/screens/HeatMapPainter.h"
+#include "run/screens/HeatMapPanel.h"
+#include "run/screens/StudyRunner.h"
 #include "widgets/Interaction.h"
 
 namespace tavrelle {
 
 namespace {
 
-// The heat map on screen, at its layout's size, scrolled when larger than the window.
-class HeatMapPanel : public QWidget {
-public:
-    explicit HeatMapPanel(QWidget* parent) : QWidget(parent) {}
-    void SetDrawing(HeatMapDrawing drawing) {
-        drawing_ = std::move(drawing);
-        setFixedSize(static_cast<int>(drawing_.width) + 1, static_cast<int>(drawing_.height) + 1);
-        update();
-    }
-
-protected:
-    void paintEvent(QPaintEvent*) override {
-        QPainter painter(this);
-        painter.fillRect(rect(), Qt::white);
-        DrawHeatMap(painter, QRectF(0, 0, drawing_.width, drawing_.height), drawing_);
-    }
-
-private:
-    HeatMapDrawing drawing_;
-};
-
-std::string EstimateText(double estimate) {
-    char text[16];
-    std::snprintf(text, sizeof text, "%.3f", estimate);
-    return text;
-}
-
-QTableWidgetItem* Item(const std::string& text) {
-    auto* item = new QTableWidgetItem(QString::fromStdString(text));
-    item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
-    return item;
-}
-
-std::string CellText(const StudyCell& cell) {
-    std::string text = cell.verdict + "  " + EstimateText(cell.estimate);
-    if (cell.flags.stutter) text += "  S";
-    if (cell.flags.dropout) text += "  D";
-    return text;
-}
-
-std::string CellTip(const std::string& population, const std::string& locus,
-                    const StudyCell& cell) {
-    return population + " at " + locus + "\nNull allele: " + cell.verdict +
-           "\nStutter: " + (cell.flags.stutter ? "yes" : "no") +
-           "\nLarge allele drop-out: " + (cell.flags.dropout ? "yes" : "no") + "\n" +
-           kStudyEstimateName + " estimate: " + EstimateText(cell.estimate) +
-           "\n\nDouble-click for the graphs.";
+QColor ToQColor(const Rgb& colour) {
+    return QColor(colour.red, colour.green, colour.blue);
 }
 
 }  // namespace
@@ -161,6 +115,11 @@ frmStudyOverview::frmStudyOverview(StudyRequest request, Interaction& interactio
     Progress->reset();
     Progress->hide();
 
+    runner_ = new StudyRunner(this);
+    runner_->delivered = [this](PopulationResult&& result) { Receive(std::move(result)); };
+    runner_->failed = [this](const std::string& message) { Tell(message); };
+    runner_->finished = [this] { Finish(); };
+
     connect(RunAction, &QAction::triggered, this, [this] { Run(); });
     connect(SeedBox, &QLineEdit::returnPressed, this, [this] { Run(); });
     connect(ExportTableAction, &QAction::triggered, this, [this] { ExportTableMenu_Click(); });
@@ -173,9 +132,11 @@ frmStudyOverview::frmStudyOverview(StudyRequest request, Interaction& interactio
     ShowSettings();
 }
 
-frmStudyOverview::~frmStudyOverview() {
-    cancel_ = true;
-    if (worker_.joinable()) worker_.join();
+// The runner, a child, cancels and waits for its run as it goes.
+frmStudyOverview::~frmStudyOverview() = default;
+
+bool frmStudyOverview::Running() const {
+    return runner_->Running();
 }
 
 void frmStudyOverview::closeEvent(QCloseEvent* event) {
@@ -237,7 +198,6 @@ bool frmStudyOverview::Run() {
     results_.clear();
     table_ = StudyTable();
     cancelled_ = false;
-    cancel_ = false;
     SeedLabel->setText(QString("Seed: %1 (%2)")
                            .arg(seed_)
                            .arg(clockSeed_ ? "from the clock; type it in the Seed box to repeat "
@@ -252,31 +212,13 @@ bool frmStudyOverview::Run() {
     Progress->setValue(0);
     Progress->show();
 
-    worker_ = std::thread([this] {
-        try {
-            RunStudy(
-                populations_, request_.settings,
-                [this](PopulationResult&& result) {
-                    auto shared = std::make_shared<PopulationResult>(std::move(result));
-                    QMetaObject::invokeMethod(
-                        this, [this, shared] { Receive(std::move(*shared)); },
-                        Qt::QueuedConnection);
-                },
-                &cancel_);
-        } catch (const std::exception& failure) {
-            const std::string message = std::string("The study run failed: ") + failure.what();
-            QMetaObject::invokeMethod(
-                this, [this, message] { Tell(message); }, Qt::QueuedConnection);
-        }
-        QMetaObject::invokeMethod(
-            this, [this] { Finish(); }, Qt::QueuedConnection);
-    });
+    runner_->Start(std::move(populations_), request_.settings);
     return true;
 }
 
 void frmStudyOverview::Cancel() {
-    if (!Running() || cancel_) return;
-    cancel_ = true;
+    if (!Running() || runner_->Cancelling()) return;
+    runner_->Cancel();
     Progress->setLabelText("Cancelling: the populations under way are finishing...");
 }
 
@@ -285,7 +227,7 @@ void frmStudyOverview::Receive(PopulationResult&& result) {
     results_.push_back(std::move(result));
     const int done = static_cast<int>(results_.size());
     Progress->setValue(done);
-    if (!cancel_ && done < populationCount_)
+    if (!runner_->Cancelling() && done < populationCount_)
         Progress->setLabelText(
             QString("Analysing population %1 of %2...").arg(done + 1).arg(populationCount_));
     ShowTable();
@@ -293,8 +235,6 @@ void frmStudyOverview::Receive(PopulationResult&& result) {
 }
 
 void frmStudyOverview::Finish() {
-    if (worker_.joinable()) worker_.join();
-    populations_.clear();
     cancelled_ = static_cast<int>(results_.size()) < populationCount_;
     Progress->hide();
     RunAction->setEnabled(true);
@@ -303,89 +243,43 @@ void frmStudyOverview::Finish() {
 }
 
 void frmStudyOverview::ShowTable() {
-    const std::vector<std::string>& loci = table_.Loci();
-    const std::vector<StudyRow>& rows = table_.Rows();
-    const int lociCount = static_cast<int>(loci.size());
-    const char* const totalNames[] = {"Null allele", "Stutter", "Drop-out"};
+    const StudyGridLayout grid = LayOutStudyGrid(table_);
     StudyGrid->clear();
     StudyGrid->clearSpans();
-    StudyGrid->setRowCount(static_cast<int>(rows.size()) + 3);
-    StudyGrid->setColumnCount(lociCount + 3);
+    StudyGrid->setRowCount(static_cast<int>(grid.rowNames.size()));
+    StudyGrid->setColumnCount(static_cast<int>(grid.columnNames.size()));
     QStringList columns;
-    for (const std::string& locus : loci)
-        columns << QString::fromStdString(locus);
-    for (const char* name : totalNames)
-        columns << QString("%1 (loci)").arg(name);
+    for (const std::string& name : grid.columnNames)
+        columns << QString::fromStdString(name);
     StudyGrid->setHorizontalHeaderLabels(columns);
-    QStringList rowNames;
-    for (const StudyRow& row : rows)
-        rowNames << QString("%1 %2").arg(row.number).arg(QString::fromStdString(row.name));
-    for (const char* name : totalNames)
-        rowNames << QString("%1 (populations)").arg(name);
-    StudyGrid->setVerticalHeaderLabels(rowNames);
-
-    auto counts = [](const FlagTotals& t) {
-        return std::array<int, 3>{t.nullAllele, t.stutter, t.dropout};
-    };
-    for (int r = 0; r < static_cast<int>(rows.size()); ++r) {
-        const StudyRow& row = rows[static_cast<std::size_t>(r)];
-        if (row.stopReason) {
-            QTableWidgetItem* item = Item("stopped: " + *row.stopReason);
-            item->setBackground(QColor(221, 221, 221));
-            item->setToolTip(QString::fromStdString(*row.stopReason));
-            StudyGrid->setItem(r, 0, item);
-            if (lociCount > 1) StudyGrid->setSpan(r, 0, 1, lociCount);
-            continue;
+    QStringList rows;
+    for (const std::string& name : grid.rowNames)
+        rows << QString::fromStdString(name);
+    StudyGrid->setVerticalHeaderLabels(rows);
+    for (const StudyGridCell& cell : grid.cells) {
+        auto* item = new QTableWidgetItem(QString::fromStdString(cell.text));
+        item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+        if (cell.fill) item->setBackground(ToQColor(*cell.fill));
+        if (cell.ink) item->setForeground(ToQColor(*cell.ink));
+        if (cell.bold) {
+            QFont bold = item->font();
+            bold.setBold(true);
+            item->setFont(bold);
         }
-        for (int c = 0; c < lociCount; ++c) {
-            const auto& cell = row.cells[static_cast<std::size_t>(c)];
-            if (!cell) continue;
-            QTableWidgetItem* item = Item(CellText(*cell));
-            const Rgb fill = EstimateColour(cell->estimate);
-            const Rgb ink = TextColourOn(fill);
-            item->setBackground(QColor(fill.red, fill.green, fill.blue));
-            item->setForeground(QColor(ink.red, ink.green, ink.blue));
-            if (cell->verdict == "yes") {
-                QFont bold = item->font();
-                bold.setBold(true);
-                item->setFont(bold);
-            }
-            item->setToolTip(QString::fromStdString(
-                CellTip(row.name, loci[static_cast<std::size_t>(c)], *cell)));
-            StudyGrid->setItem(r, c, item);
-        }
-        const std::array<int, 3> n = counts(row.totals);
-        for (int k = 0; k < 3; ++k)
-            StudyGrid->setItem(r, lociCount + k,
-                               Item(std::to_string(n[static_cast<std::size_t>(k)]) + " of " +
-                                    std::to_string(row.totals.analysed)));
-    }
-    for (int c = 0; c < lociCount; ++c) {
-        const FlagTotals& totals = table_.LocusTotals()[static_cast<std::size_t>(c)];
-        const std::array<int, 3> n = counts(totals);
-        for (int k = 0; k < 3; ++k)
-            StudyGrid->setItem(static_cast<int>(rows.size()) + k, c,
-                               Item(std::to_string(n[static_cast<std::size_t>(k)]) + " of " +
-                                    std::to_string(totals.analysed)));
+        if (!cell.tip.empty()) item->setToolTip(QString::fromStdString(cell.tip));
+        StudyGrid->setItem(cell.row, cell.column, item);
+        if (cell.span > 1) StudyGrid->setSpan(cell.row, cell.column, 1, cell.span);
     }
     StudyGrid->resizeColumnsToContents();
-    static_cast<HeatMapPanel*>(HeatMapView)->SetDrawing(LayOutHeatMap(table_));
+    HeatMapView->SetDrawing(LayOutHeatMap(table_));
 }
 
 void frmStudyOverview::ShowNotes() {
-    std::string notes;
-    for (const StudyRow& row : table_.Rows()) {
-        if (row.stopReason)
-            notes += row.name + ": stopped: " + *row.stopReason +
-                     (row.stopLocus.empty() ? "" : " (at locus " + row.stopLocus + ")") + "\n";
-        const std::string suspects = SuspectSummary(row);
-        if (!suspects.empty()) notes += row.name + ": " + suspects + "\n";
-    }
-    const int done = static_cast<int>(results_.size());
-    if (!Running() && cancelled_)
-        notes += "Cancelled: " + std::to_string(done) + " of " + std::to_string(populationCount_) +
-                 " populations were analysed.\n";
-    NotesBox->setPlainText(QString::fromStdString(notes));
+    const bool cancelled = !Running() && cancelled_;
+    const std::optional<int> cancelledAfter =
+        cancelled ? std::optional<int>(static_cast<int>(results_.size())) : std::nullopt;
+    NotesBox->setPlainText(
+        QString::fromStdString(StudyNotes(table_, cancelledAfter, populationCount_)));
 }
 
 void frmStudyOverview::OpenCellGraphs(int row, int column) {

@@ -1,13 +1,11 @@
 #pragma once
 
 #include <QMainWindow>
-#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "run/PopulationResult.h"
@@ -23,7 +21,9 @@ class QTabWidget;
 
 namespace tavrelle {
 
+class HeatMapPanel;
 class Interaction;
+class StudyRunner;
 
 // What the main screen hands the overview: the file on disc and the settings of its panel. The
 // seed in `settings` is ignored: the window takes the clock's, or the one typed into it.
@@ -47,7 +47,7 @@ public:
     // Starts a run with the typed seed, or the clock's; false when the file did not load or the
     // seed is no number (the user has been told).
     bool Run();
-    bool Running() const { return worker_.joinable(); }
+    bool Running() const;
     void Cancel();
     // Called when the current run ends, cancelled or not; once, then cleared.
     std::function<void()> runEnded;
@@ -74,7 +74,7 @@ public:
     QLineEdit* SeedBox;
     QTableWidget* StudyGrid;
     QTabWidget* Tabs;
-    QWidget* HeatMapView;
+    HeatMapPanel* HeatMapView;
     QPlainTextEdit* NotesBox;
     QProgressDialog* Progress;
     QAction *RunAction, *ExportTableAction, *SaveHeatMapAction, *ExportReportAction, *CloseAction;
@@ -102,8 +102,7 @@ private:
     StudyTable table_;
     int populationCount_ = 0;
     bool cancelled_ = false;
-    std::atomic<bool> cancel_{false};
-    std::thread worker_;
+    StudyRunner* runner_;
 };
 
 }  // namespace tavrelle
