@@ -15,7 +15,7 @@ StudyRunner::~StudyRunner() {
     if (worker_.joinable()) worker_.join();
 }
 
-bool StudyRunner::Start(std::vector<StudyPopulation> populations, StudySettings settings) {
+bool StudyRunner::Start(std::vector<StudyPopulation> populations, RunSettings settings) {
     if (Running()) return false;
     populations_ = std::move(populations);
     settings_ = std::move(settings);

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "run/PopulationResult.h"
-#include "run/StudySettings.h"
+#include "run/RunSettings.h"
 
 namespace tavrelle {
 
@@ -25,7 +25,7 @@ public:
 
     // Starts the run; false when one is under way. The runner keeps the populations until the
     // run ends.
-    bool Start(std::vector<StudyPopulation> populations, StudySettings settings);
+    bool Start(std::vector<StudyPopulation> populations, RunSettings settings);
     bool Running() const { return worker_.joinable(); }
     void Cancel() { cancel_ = true; }
     bool Cancelling() const { return Running() && cancel_; }
@@ -43,7 +43,7 @@ private:
     void Finish();
 
     std::vector<StudyPopulation> populations_;
-    StudySettings settings_;
+    RunSettings settings_;
     int total_ = 0;
     int delivered_ = 0;
     std::atomic<bool> cancel_{false};
