@@ -25,7 +25,8 @@ struct StudyHeader {
 struct StudyJob {
     std::string file;  // as the reports name it
     // As the front end built them, the seed already chosen (the clock's or the user's); the
-    // motifs for all loci in repeatForAll, the table folder, and isExcel for a workbook.
+    // motifs for all loci in repeatForAll, the table folder, and isExcel for a workbook. The
+    // reports print maxAlleleSize as a number: give a whole number (the batch takes 50 to 700).
     RunSettings settings;
     std::vector<int> populations;               // 1-based, in this order; empty: all
     std::map<std::string, Int16> repeatByName;  // motifs named one by one

@@ -135,6 +135,9 @@ TEST_F(BatchProgram, TheExitStatusTellsWhatHappened) {
         {small + " --repeat 2 --max-allele-size abc", 2, "--max-allele-size: 'abc'"},
         {"/no/such/file.gen --repeat 2", 1, "The file entered does not exist."},
         {File("plain.gen", "just text\n") + " --repeat 2", 1, "not in the required format"},
+        // The located line comes first: the file, the line, what was expected there.
+        {File("nopop.gen", "title\nL1\nL2\n") + " --repeat 2", 1,
+         "nopop.gen: line 3: expected a line \"Pop\" after the title and the locus names"},
         {File("empty.gen", "") + " --repeat 2", 1, "appears to be empty or invalid"},
         {"/dev/zero --repeat 2", 1, "/dev/zero is a device, not a data file."},
         {small + " --repeat 2 --csv /dev/full", 1,

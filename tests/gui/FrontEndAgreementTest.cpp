@@ -79,13 +79,19 @@ TEST_F(FrontEndAgreementTest, DesktopOverviewAndBatchGiveTheSameNumbersForOneSee
     SetAllMotifs(2);
     screen->Run().seedSource = [] { return kSeed; };
 
-    // The desktop: Analyse on each population in turn, the motifs carried over.
+    // The desktop: Analyse on each population in turn, every motif chosen on each.
     std::vector<std::vector<LocusNumbers>> desktop;
+    const AlleleAnalysis* previous = nullptr;
     for (int population = 1; population <= 3; ++population) {
-        if (population > 1) Button("NextPopButton")->click();
+        if (population > 1) {
+            Button("NextPopButton")->click();
+            SetAllMotifs(2);
+        }
         user.errorChoices.push_back(ErrorDialogChoice::Proceed);
         Button("RandButton")->click();
         ASSERT_TRUE(session.gAnalysis) << population;
+        ASSERT_NE(session.gAnalysis.get(), previous) << user.LastText();
+        previous = session.gAnalysis.get();
         EXPECT_EQ(session.gAnalysis->Settings().seed, kSeed);
         desktop.push_back(FromRun(*session.gAnalysis));
         ASSERT_FALSE(desktop.back().empty());
@@ -113,7 +119,7 @@ TEST_F(FrontEndAgreementTest, DesktopOverviewAndBatchGiveTheSameNumbersForOneSee
     for (std::size_t p = 0; p < 3; ++p) {
         SCOPED_TRACE("population " + std::to_string(p + 1));
         const PopulationResult& fromOverview = overview->Results()[p];
-        ASSERT_TRUE(fromOverview.analysis);
+        ASSERT_TRUE(fromOverview.analysis) << fromOverview.error.value_or("");
         EXPECT_EQ(FromRun(*fromOverview.analysis), desktop[p]);
         EXPECT_EQ(FromJsonPopulation(report["populations"][p]), desktop[p]);
     }
