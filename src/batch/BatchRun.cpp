@@ -87,7 +87,8 @@ struct LoadedStore {
         } catch (const ProgramError& error) {
             // What the open command shows in its "Error Opening File" box.
             throw std::runtime_error("Could not load " + options.file + ":\n" +
-                                     std::string(kOpenErrorCaption) + ": " + error.Description());
+                                     std::string(kOpenErrorCaption) + ": " + error.Description() +
+                                     (error.Detail().empty() ? "" : " (" + error.Detail() + ")"));
         }
         if (store->LocusNames().front().empty() && store->PopulationOverSampleLimit() > 0)
             throw std::runtime_error(
@@ -197,9 +198,8 @@ void RequireTables(const std::filesystem::path& folder) {
 BatchCounts RunBatch(const BatchOptions& options, const std::filesystem::path& tableFolder,
                      std::ostream& notes) {
     RequireTables(tableFolder);
-    const std::map<std::string, Int16> table = options.repeatsFile
-                                                   ? ReadRepeatTable(*options.repeatsFile)
-                                                   : std::map<std::string, Int16>{};
+    const RepeatTable table =
+        options.repeatsFile ? ReadRepeatTable(*options.repeatsFile) : RepeatTable{};
     LoadedStore loaded(options);
     InputDataSource& store = *loaded.store;
 

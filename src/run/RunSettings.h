@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "base/CountWidth.h"
 #include "base/Int16.h"
 #include "base/Prompter.h"
 
@@ -21,6 +22,9 @@ struct RunSettings {
     bool isExcel = false;            // the population came from a workbook (its name is elsewhere)
     std::filesystem::path tableFolder;
     bool threaded = false;  // draw the random numbers on a second thread
+    // The desktop's Analyse counts in 16 bits, as prescribed (2 x samples overflows at 16,384
+    // samples); a study run counts in 32.
+    CountWidth counts = CountWidth::Bits16;
     // Keeps homozygotes out of the pool the rounds draw from. Every run of the program leaves it
     // off, so that the pool always holds all valid genotypes; the branch stands ready.
     bool heterozygotesOnly = false;
