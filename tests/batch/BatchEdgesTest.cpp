@@ -97,7 +97,7 @@ TEST(BatchOutputs, ASignalRemovesThePartialFilesAndKeepsTheOldReports) {
     for (const char* signal : {"TERM", "HUP"}) {
         SCOPED_TRACE(signal);
         const testing::CommandResult run =
-            RunCommand("cd " + Quoted(folder.Path().string()) + " && (exec " + TAVRELLE_BATCH +
+            RunCommand("cd " + Quoted(folder.Path().string()) + "; (exec " + TAVRELLE_BATCH +
                        " big.gen --repeat 2 --randomisations 10000 --json r.json --csv r.csv "
                        ">/dev/null 2>&1) & pid=$!; for i in $(seq 400); do "
                        "[ -e .r.csv.tavrelle-partial ] && break; sleep 0.05; done; kill -" +

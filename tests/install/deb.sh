@@ -47,7 +47,7 @@ known=$(apt-cache show --no-all-versions $needed 2>/dev/null | sed -n 's/^Packag
 unknown=$(comm -23 <(echo "$needed") <(echo "$known"))
 [[ -z $unknown ]] || fail "apt knows no package $unknown"
 # Lintian, as Debian judges a package: no error and no warning (its notes, I:, are advice).
-lintian --no-tag-display-limit "$deb" >"$scratch/lintian.log" 2>&1 || true
+lintian --tag-display-limit 0 "$deb" >"$scratch/lintian.log" 2>&1 || true
 if grep -q '^[EW]:' "$scratch/lintian.log"; then
     cat "$scratch/lintian.log" >&2
     fail "lintian found errors or warnings"
