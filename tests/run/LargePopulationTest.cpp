@@ -121,5 +121,17 @@ TEST(LargePopulations, AnyNumberOfSuspectValuesIsCountedAndListed) {
     EXPECT_EQ(result.SuspectCount(), 33600u);
 }
 
+TEST(LargePopulations, WhatTheCheckFoundIsKeptWhenALaterValueOverflows) {
+    // 999 is above the maximum size; 40000 passes the whole-number test and then leaves 16 bits.
+    Table table = OneLocus(20);
+    table.SetCell(2, 2, "999");
+    table.SetCell(6, 3, "40000");
+    StudyPopulation population{1, std::move(table)};
+    const PopulationResult result = AnalyseStudyPopulation(population, Study(), false);
+    EXPECT_EQ(result.stopReason, StopReason::RunError);
+    EXPECT_EQ(result.error, "Run-time error '6':\r\n\r\nOverflow");
+    EXPECT_FALSE(result.unexpected.empty());
+}
+
 }  // namespace
 }  // namespace tavrelle
