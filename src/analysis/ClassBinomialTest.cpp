@@ -16,14 +16,14 @@ double Finite(double value) {
 
 struct AlleleClass {
     Int16 size;
-    Int16 copies;
+    std::int32_t copies;
 };
 
-std::vector<AlleleClass> RunCount(const std::vector<Int16>& sortedAlleles) {
+std::vector<AlleleClass> RunCount(const std::vector<Int16>& sortedAlleles, CountWidth width) {
     std::vector<AlleleClass> classes;
     for (Int16 allele : sortedAlleles) {
         if (classes.empty() || classes.back().size != allele) classes.push_back({allele, 0});
-        classes.back().copies = Narrow16(classes.back().copies + 1);
+        classes.back().copies = NarrowCount(classes.back().copies + 1, width);
     }
     return classes;
 }
@@ -56,11 +56,11 @@ double Factorial(Int16 n) {
 
 void ClassBinomialTest(const CountArray& observedHomozygotes,
                        const std::vector<Int16>& sortedAlleles, const RoundMatrix& rounds,
-                       const ChiSquareTable& chiTable, BinomialOutcome& outcome) {
+                       const ChiSquareTable& chiTable, BinomialOutcome& outcome, CountWidth width) {
     const auto alleleCount = static_cast<double>(sortedAlleles.size());
     if (sortedAlleles.size() < 4) return;
     const Int16 n = ToInt16(alleleCount / 2);
-    const std::vector<AlleleClass> classes = RunCount(sortedAlleles);
+    const std::vector<AlleleClass> classes = RunCount(sortedAlleles, width);
     const Int16 lowest = sortedAlleles.front();
     outcome.classProbabilities.assign(classes.size(), ClassProbability{});
 
@@ -78,7 +78,7 @@ void ClassBinomialTest(const CountArray& observedHomozygotes,
                 ClassProbability& row = outcome.classProbabilities[i];
                 const std::size_t classIndex = static_cast<std::size_t>(c.size - lowest);
                 const Int16 obs = observedHomozygotes.at(classIndex);
-                const Int16 het = Narrow16(c.copies - 2 * obs);
+                const std::int32_t het = NarrowCount(c.copies - 2LL * obs, width);
                 double p = 0;
                 if (static_cast<double>(het) / n <= 0.5) {
                     double carriers = static_cast<double>(het) / n + static_cast<double>(obs) / n;

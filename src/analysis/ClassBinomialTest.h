@@ -6,6 +6,7 @@
 
 #include "analysis/RoundMatrix.h"
 #include "analysis/StatisticalTables.h"
+#include "base/CountWidth.h"
 #include "population/GenotypeSet.h"
 
 namespace tavrelle {
@@ -34,9 +35,11 @@ double Factorial(Int16 n);
 // Binomial and randomisation probabilities of the observed homozygotes of each allele class,
 // their combination by Fisher's method, and the homozygote totals. `sortedAlleles` holds both
 // alleles of every valid genotype, ascending; `rounds` the sorted homozygote round matrix.
-// An overflow ends the class loop early with `overflowed` set; the caller reports it.
+// An overflow ends the class loop early with `overflowed` set; the caller reports it. The copies
+// of an allele are counted in `width`.
 void ClassBinomialTest(const CountArray& observedHomozygotes,
                        const std::vector<Int16>& sortedAlleles, const RoundMatrix& rounds,
-                       const ChiSquareTable& chiTable, BinomialOutcome& outcome);
+                       const ChiSquareTable& chiTable, BinomialOutcome& outcome,
+                       CountWidth width = CountWidth::Bits16);
 
 }  // namespace tavrelle

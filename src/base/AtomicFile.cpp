@@ -1,12 +1,14 @@
 #include "base/AtomicFile.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
-#include <random>
+
+#include "base/PartialFiles.h"
 
 namespace tavrelle {
 
@@ -44,6 +46,24 @@ private:
     int saved_;
 };
 
+// /dev/stdout, /dev/stderr, /dev/fd/N and /proc/self/fd/N.
+bool NamesDescriptor(const std::string& target) {
+    return target == "/dev/stdout" || target == "/dev/stderr" || target.starts_with("/dev/fd/") ||
+           target.starts_with("/proc/self/fd/");
+}
+
+// A partial file nobody holds the lock of was left by a program that was killed: it goes. One
+// that is locked belongs to a write under way, and the target is busy.
+bool RemoveStalePartial(const std::string& partial) {
+    const int fd = open(partial.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+    if (fd < 0) return errno == ENOENT || (errno == ELOOP && unlink(partial.c_str()) == 0);
+    const bool stale = flock(fd, LOCK_EX | LOCK_NB) == 0;
+    const bool removed = stale && unlink(partial.c_str()) == 0;
+    close(fd);
+    if (!stale) errno = EBUSY;
+    return removed;
+}
+
 }  // namespace
 
 AtomicFile::AtomicFile(std::string target) : target_(std::move(target)) {}
@@ -52,44 +72,52 @@ AtomicFile::~AtomicFile() {
     Abandon();
 }
 
+std::string PartialFileOf(const std::string& target) {
+    const auto [folder, name] = SplitPath(Resolved(target));
+    return folder + "/." + name + ".tavrelle-partial";
+}
+
 bool AtomicFile::Open() {
     Abandon();
-    const std::string path = Resolved(target_);
+    // Standard output and its kin name a descriptor of this program (a pipe, a terminal, a file
+    // the shell opened): written in place, never replaced, whatever it leads to.
     struct stat old {};
-    const bool exists = stat(path.c_str(), &old) == 0;
+    const bool exists = stat(target_.c_str(), &old) == 0;
     if (exists && S_ISDIR(old.st_mode)) {
         errno = EISDIR;
         return false;
     }
-    if (exists && !S_ISREG(old.st_mode)) {
-        file_ = std::fopen(path.c_str(), "wb");
+    if (NamesDescriptor(target_) || (exists && !S_ISREG(old.st_mode))) {
+        file_ = std::fopen(target_.c_str(), "wb");
         return file_ != nullptr;
     }
-    const auto [folder, name] = SplitPath(path);
-    std::random_device device;
-    std::mt19937 random(device());
-    for (int attempt = 0; attempt < 100; ++attempt) {
-        const std::string candidate =
-            folder + "/." + name + ".tmp-" + std::to_string(random() % 1000000000u);
-        // 0666 less the umask, as a new file gets; an existing file keeps its own mode.
-        const int fd = open(candidate.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (fd < 0) {
-            if (errno == EEXIST) continue;
-            return false;
-        }
-        temporary_ = candidate;
-        if (exists) (void)fchmod(fd, old.st_mode & 07777);
-        file_ = fdopen(fd, "wb");
-        if (file_ == nullptr) {
-            KeepErrno keep;
-            close(fd);
-            Abandon();
-            return false;
-        }
-        return true;
+    const std::string partial = PartialFileOf(target_);
+    if (!RemoveStalePartial(partial)) return false;
+    // 0666 less the umask, as a new file gets; an existing file keeps its own mode.
+    const int fd = open(partial.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (fd < 0) {
+        // Made by another writer between the check and here.
+        if (errno == EEXIST) errno = EBUSY;
+        return false;
     }
-    errno = EEXIST;
-    return false;
+    temporary_ = partial;
+    remembered_ = PartialFiles::Remember(partial);
+    lock_ = fcntl(fd, F_DUPFD_CLOEXEC, 0);
+    if (lock_ < 0 || flock(lock_, LOCK_EX | LOCK_NB) != 0) {
+        KeepErrno keep;
+        close(fd);
+        Abandon();
+        return false;
+    }
+    if (exists) (void)fchmod(fd, old.st_mode & 07777);
+    file_ = fdopen(fd, "wb");
+    if (file_ == nullptr) {
+        KeepErrno keep;
+        close(fd);
+        Abandon();
+        return false;
+    }
+    return true;
 }
 
 bool AtomicFile::Write(std::string_view bytes) {
@@ -124,12 +152,18 @@ bool AtomicFile::Commit() {
     }
     if (ok && !temporary_.empty()) {
         ok = std::rename(temporary_.c_str(), Resolved(target_).c_str()) == 0;
-        if (ok) temporary_.clear();
+        if (ok) {
+            PartialFiles::Forget(remembered_);
+            remembered_ = -1;
+            temporary_.clear();
+        }
     }
     if (!ok) {
         if (errno == 0) errno = EIO;
         Abandon();
     }
+    if (lock_ >= 0) close(lock_);
+    lock_ = -1;
     return ok;
 }
 
@@ -139,6 +173,10 @@ void AtomicFile::Abandon() {
     file_ = nullptr;
     if (!temporary_.empty()) unlink(temporary_.c_str());
     temporary_.clear();
+    PartialFiles::Forget(remembered_);
+    remembered_ = -1;
+    if (lock_ >= 0) close(lock_);
+    lock_ = -1;
 }
 
 int WriteFileAtomically(const std::string& target, std::string_view bytes) {

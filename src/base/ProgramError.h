@@ -15,6 +15,14 @@ public:
 
     int Number() const noexcept { return number_; }
     std::string Description() const { return what(); }
+    // What the program knows beyond the run time's words (which limit, which population), shown
+    // after them; empty for most errors.
+    const std::string& Detail() const noexcept { return detail_; }
+    ProgramError WithDetail(std::string detail) const {
+        ProgramError error = *this;
+        error.detail_ = std::move(detail);
+        return error;
+    }
 
     static ProgramError InvalidCall() { return {5, "Invalid procedure call or argument"}; }
     static ProgramError Overflow() { return {6, "Overflow"}; }
@@ -31,6 +39,7 @@ public:
 
 private:
     int number_;
+    std::string detail_;
 };
 
 }  // namespace tavrelle

@@ -5,6 +5,7 @@
 
 #include "analysis/SeedText.h"
 #include "base/Numbers.h"
+#include "batch/ReportOutput.h"
 
 namespace tavrelle {
 
@@ -91,11 +92,16 @@ Confidence ConfidenceOption(const std::string& text) {
 
 void AddRepeat(const std::string& text, BatchOptions& options) {
     std::size_t equals = text.rfind('=');
-    if (equals == std::string::npos)
+    if (equals == std::string::npos) {
         options.settings.repeatForAll = RepeatLength("--repeat", text);
-    else
-        options.repeatByLocus[text.substr(0, equals)] =
-            RepeatLength("--repeat", text.substr(equals + 1));
+        return;
+    }
+    const std::string name = text.substr(0, equals);
+    const Int16 motif = RepeatLength("--repeat", text.substr(equals + 1));
+    const auto [given, fresh] = options.repeatByLocus.emplace(name, motif);
+    if (!fresh && given->second != motif)
+        Refuse("--repeat " + text + ": locus '" + name + "' was given the motif " +
+               std::to_string(given->second) + " before. Keep one of them.");
 }
 
 SuspectPolicy Policy(const std::string& text) {
@@ -142,9 +148,9 @@ const std::vector<OptionRow>& OptionTable() {
                  std::to_string(WholeNumberIn("--max-allele-size", v, 50, 700));
          }},
         {"--on-suspect", true, true, [](S v, O& o) { o.settings.onSuspect = Policy(v); }},
-        {"--json", true, true, [](S v, O& o) { o.jsonFile = v; }},
-        {"--csv", true, true, [](S v, O& o) { o.csvFile = v; }},
-        {"--report", true, true, [](S v, O& o) { o.reportFile = v; }},
+        {"--json", true, true, [](S v, O& o) { o.jsonFile = ReportTarget(v); }},
+        {"--csv", true, true, [](S v, O& o) { o.csvFile = ReportTarget(v); }},
+        {"--report", true, true, [](S v, O& o) { o.reportFile = ReportTarget(v); }},
         {"--bootstrap", true, true,
          [](S v, O& o) { o.settings.bootstrap = WholeNumberIn("--bootstrap", v, 0, 100000); }},
         {"--threads", true, true,

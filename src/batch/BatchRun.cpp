@@ -184,9 +184,8 @@ void RequireTables(const std::filesystem::path& folder) {
 BatchCounts RunBatch(const BatchOptions& options, const std::filesystem::path& tableFolder,
                      std::ostream& notes) {
     RequireTables(tableFolder);
-    const std::map<std::string, Int16> table = options.repeatsFile
-                                                   ? ReadRepeatTable(*options.repeatsFile)
-                                                   : std::map<std::string, Int16>{};
+    const RepeatTable table =
+        options.repeatsFile ? ReadRepeatTable(*options.repeatsFile) : RepeatTable{};
     LoadedStore loaded(options);
 
     StudyJob job;

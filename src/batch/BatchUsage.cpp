@@ -24,7 +24,8 @@ Options:
                            the option for more loci. Overrides --repeat N and --repeats.
                            Example: --repeat Loc3=4 --repeat "Loc 7=3"
   --repeats FILE           A table of motifs, one locus a line: name, then motif, separated by a
-                           tab or a comma. Lines starting with # are comments.
+                           tab or a comma. Lines starting with # are comments. A locus given
+                           two motifs, or named in another case than the file's, is refused.
                            Every locus needs a motif from one of these three options.
   --seed S                 Seed of the random number generator, 0 to 2147483647. Default: the
                            clock seed, printed in the report. Example: --seed 12345
@@ -60,8 +61,10 @@ Options:
   --version                The program's version.
   --help                   This text.
 
-Every file is written whole or not at all: a report goes to a temporary file beside it, which
-replaces the old file only once complete.
+Every file is written whole or not at all: a report goes to .NAME.tavrelle-partial beside it,
+which replaces the old file only once complete, and is removed on Ctrl-C or kill; one left by a
+run killed outright is removed by the next run. Standard output (-, /dev/stdout), a named pipe
+or a device is written in place.
 
 Exit status:
   0  every requested population was analysed

@@ -6,6 +6,11 @@
 
 namespace tavrelle {
 
+std::string ReportTarget(const std::string& target) {
+    if (target == "/dev/stdout" || target == "/dev/fd/1" || target == "/proc/self/fd/1") return "-";
+    return target;
+}
+
 std::string OutputName(const std::string& target) {
     return target == "-" ? "standard output" : target;
 }

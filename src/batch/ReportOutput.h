@@ -26,6 +26,11 @@ private:
     std::unique_ptr<AtomicFile> file_;  // absent for standard output
 };
 
+// A report's target as given, with the names of standard output (/dev/stdout, /dev/fd/1,
+// /proc/self/fd/1) made "-", so that the text report keeps out of it and two reports cannot
+// both go there.
+std::string ReportTarget(const std::string& target);
+
 // "-" is standard output, named so in messages.
 std::string OutputName(const std::string& target);
 

@@ -8,6 +8,7 @@
 
 #include "analysis/StatisticalTables.h"
 #include "base/InstallPaths.h"
+#include "base/PartialFiles.h"
 #include "base/Version.h"
 #include "batch/BatchOptions.h"
 #include "batch/BatchRun.h"
@@ -60,6 +61,8 @@ int Run(const tavrelle::BatchOptions& options, const char* argv0) {
 
 int main(int argc, char** argv) {
     using namespace tavrelle;
+    // Ctrl-C or a job's time limit leaves no half-written report or file behind.
+    PartialFiles::RemoveOnSignal();
     try {
         const BatchOptions options =
             ParseBatchOptions(std::vector<std::string>(argv + 1, argv + argc));

@@ -22,8 +22,9 @@ Message Box(std::string text, MessageIcon icon = MessageIcon::None) {
 // list nothing is added to keeps what an earlier check left.
 class CellCollector {
 public:
-    CellCollector(std::vector<CellPosition>& cells, std::vector<Table::Bookmark>* bookmarks)
-        : cells_(cells), bookmarks_(bookmarks) {}
+    CellCollector(std::vector<CellPosition>& cells, std::vector<Table::Bookmark>* bookmarks,
+                  CountWidth width)
+        : cells_(cells), bookmarks_(bookmarks), width_(width) {}
 
     void Add(const Table& table, int column, int row) {
         if (count_ == 0) {
@@ -32,15 +33,16 @@ public:
         }
         cells_.push_back({Narrow16(column), Narrow16(row)});
         if (bookmarks_ != nullptr) bookmarks_->push_back(table.GetBookmark());
-        count_ = Narrow16(count_ + 1);
+        count_ = NarrowCount(count_ + 1, width_);
     }
-    Int16 Count() const { return count_; }
+    std::int32_t Count() const { return count_; }
     const std::vector<CellPosition>& Cells() const { return cells_; }
 
 private:
     std::vector<CellPosition>& cells_;
     std::vector<Table::Bookmark>* bookmarks_;
-    Int16 count_ = 0;
+    CountWidth width_;
+    std::int32_t count_ = 0;
 };
 
 // Rows and columns as the grid shows them: row 1 is the first sample, column 3 the first allele.
@@ -162,7 +164,7 @@ bool CheckReadTheMotifs(CheckEnding ending) {
 
 CheckOutcome ValidatePopulation(Table& rsAlleleData, const std::vector<Int16>& repeatCodes,
                                 std::string_view sizeText, CheckFlags& flags, SuspectCells& cells,
-                                Prompter& prompter) {
+                                Prompter& prompter, CountWidth width) {
     if (std::find(repeatCodes.begin(), repeatCodes.end(), Int16{0}) != repeatCodes.end()) {
         prompter.Show(Box("Please select a Repeat Motif for all Loci"));
         flags.CheckOk = false;
@@ -170,12 +172,12 @@ CheckOutcome ValidatePopulation(Table& rsAlleleData, const std::vector<Int16>& r
         return CheckOutcome{};
     }
     flags.CheckOk = true;
-    return CheckPopulation(rsAlleleData, repeatCodes, sizeText, flags, cells, prompter);
+    return CheckPopulation(rsAlleleData, repeatCodes, sizeText, flags, cells, prompter, width);
 }
 
 CheckOutcome CheckPopulation(Table& rsAlleleData, const std::vector<Int16>& repeatCodes,
                              std::string_view sizeText, CheckFlags& flags, SuspectCells& cells,
-                             Prompter& prompter) {
+                             Prompter& prompter, CountWidth width) {
     CheckOutcome outcome;
     flags.CheckClean = true;
     const std::optional<Int16> maximum = ReadMaximumSize(sizeText, prompter);
@@ -192,9 +194,9 @@ CheckOutcome CheckPopulation(Table& rsAlleleData, const std::vector<Int16>& repe
         return outcome;
     }
 
-    CellCollector nonInteger(cells.NonIntegerCells, nullptr);
-    CellCollector unexpected(cells.UnexpectedCells, &cells.UnexpectedBookmarks);
-    CellCollector inconsistent(cells.InconsistentCells, &cells.InconsistentBookmarks);
+    CellCollector nonInteger(cells.NonIntegerCells, nullptr, width);
+    CellCollector unexpected(cells.UnexpectedCells, &cells.UnexpectedBookmarks, width);
+    CellCollector inconsistent(cells.InconsistentCells, &cells.InconsistentBookmarks, width);
     ListRange(rsAlleleData, *maximum, nonInteger, unexpected);
     if (nonInteger.Count() > 0) {
         // The modulus test needs a number in every cell.

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/CountWidth.h"
 #include "base/Int16.h"
 #include "base/Prompter.h"
 #include "checking/CheckFlags.h"
@@ -41,15 +42,17 @@ bool CheckAllowsRun(CheckEnding ending);
 bool CheckReadTheMotifs(CheckEnding ending);
 
 // The Check button: every locus needs a repeat code other than 0, then the population check.
+// The check counts its findings in `width`: 16 bits for the desktop's check, where more is an
+// Overflow, 32 for a study's.
 CheckOutcome ValidatePopulation(Table& rsAlleleData, const std::vector<Int16>& repeatCodes,
                                 std::string_view sizeText, CheckFlags& flags, SuspectCells& cells,
-                                Prompter& prompter);
+                                Prompter& prompter, CountWidth width = CountWidth::Bits16);
 
 // The check of the current population: whole numbers, the range 1 to the maximum allele size
 // (clamped to 50..700), and the repeat motif against the first sample's Allele A. Changes no
 // cell. A value beyond 16 bits ends as a program error.
 CheckOutcome CheckPopulation(Table& rsAlleleData, const std::vector<Int16>& repeatCodes,
                              std::string_view sizeText, CheckFlags& flags, SuspectCells& cells,
-                             Prompter& prompter);
+                             Prompter& prompter, CountWidth width = CountWidth::Bits16);
 
 }  // namespace tavrelle

@@ -1,6 +1,7 @@
 #include "formats/ExcelWorkbookWriter.h"
 
 #include <cerrno>
+#include <functional>
 
 #include "base/AtomicFile.h"
 #include "formats/Biff8Writer.h"
@@ -41,16 +42,49 @@ void WriteWorkbook(const std::string& fileName, const std::string& bytes, Prompt
 
 }  // namespace
 
-WorksheetCells SheetCellsOf(const Table& rsAllData) {
-    WorksheetCells cells;
-    // Column A takes table column 1; the allele columns follow from B, two per locus. The sample
-    // number in column 0 is not written.
+namespace {
+
+// Column A takes table column 1; the allele columns follow from B, two per locus. The sample
+// number in column 0 is not written.
+void EachSheetCell(const Table& rsAllData, const std::function<void(const WorksheetCell&)>& cell) {
+    WorksheetCell c;
     for (std::int64_t row = 0; row < rsAllData.RecordCount(); ++row) {
         for (int column = 1; column < rsAllData.ColumnCount(); ++column) {
             const std::string& text = rsAllData.Cell(row, column);
-            if (!text.empty()) cells.push_back({row, column - 1, text});
+            if (text.empty()) continue;
+            c.row = row;
+            c.column = column - 1;
+            c.text = text;
+            cell(c);
         }
     }
+}
+
+// An .xlsx workbook goes to the partial file as the library makes it, a row at a time, never
+// whole in memory; a target written in place (a pipe) cannot be seeked, so it gets the bytes.
+void WriteXlsxFile(const Table& rsAllData, const std::string& fileName, Prompter& prompter) {
+    AtomicFile file(fileName);
+    Repeating(prompter, [&] { return file.Open(); });
+    if (file.TemporaryPath() == fileName) {
+        if (!file.Write(XlsxWorkbookFile(SheetCellsOf(rsAllData), kDefaultSheetName)) ||
+            !file.Commit())
+            throw FileError(errno);
+        return;
+    }
+    WriteXlsxWorkbook(
+        file.TemporaryPath(),
+        [&](const std::function<void(const WorksheetCell&)>& cell) {
+            EachSheetCell(rsAllData, cell);
+        },
+        kDefaultSheetName);
+    if (!file.Commit()) throw FileError(errno);
+}
+
+}  // namespace
+
+WorksheetCells SheetCellsOf(const Table& rsAllData) {
+    WorksheetCells cells;
+    EachSheetCell(rsAllData, [&](const WorksheetCell& cell) { cells.push_back(cell); });
     return cells;
 }
 
@@ -63,11 +97,12 @@ ExcelSaveOutcome SaveExcelFile(InputDataSource& store, const std::string& fileNa
         } else {
             store.SavePopulation();
         }
-        const WorksheetCells cells = SheetCellsOf(store.rsAllData);
-        const std::string bytes = KindOfFile(fileName) == FileKind::Xlsx
-                                      ? XlsxWorkbookFile(cells, kDefaultSheetName)
-                                      : XlsWorkbookFile(cells, kDefaultSheetName);
-        WriteWorkbook(fileName, bytes, prompter);
+        if (KindOfFile(fileName) == FileKind::Xlsx)
+            WriteXlsxFile(store.rsAllData, fileName, prompter);
+        else
+            WriteWorkbook(fileName,
+                          XlsWorkbookFile(SheetCellsOf(store.rsAllData), kDefaultSheetName),
+                          prompter);
     } catch (const SaveCancelled&) {
         return result;
     } catch (const ProgramError& error) {

@@ -53,19 +53,12 @@ struct WorkbookFree {
 
 }  // namespace
 
-std::string XlsxWorkbookFile(const WorksheetCells& cells, std::string_view sheetName) {
-    for (const WorksheetCell& cell : cells) {
-        if (cell.row < 0 || cell.row >= kXlsxMaxRows || cell.column < 0 ||
-            cell.column >= kXlsxMaxColumns)
-            throw ProgramError(1004,
-                               "The data need more than 1048576 rows or 16384 columns, the most "
-                               "an Excel sheet holds.");
-    }
-
+void WriteXlsxWorkbook(const std::string& fileName, const WorksheetCellSource& cells,
+                       std::string_view sheetName) {
     ScratchFolder scratch;
-    const std::string fileName = (scratch.Path() / "book.xlsx").string();
     std::string scratchName = scratch.Path().string();
     lxw_workbook_options options{};
+    options.constant_memory = LXW_TRUE;
     options.tmpdir = scratchName.data();
     std::unique_ptr<lxw_workbook, WorkbookFree> workbook(
         workbook_new_opt(fileName.c_str(), &options));
@@ -74,7 +67,12 @@ std::string XlsxWorkbookFile(const WorksheetCells& cells, std::string_view sheet
     lxw_worksheet* sheet = workbook_add_worksheet(workbook.get(), name.c_str());
     if (sheet == nullptr) throw ProgramError(1004, "The worksheet could not be added.");
 
-    for (const WorksheetCell& cell : cells) {
+    cells([&](const WorksheetCell& cell) {
+        if (cell.row < 0 || cell.row >= kXlsxMaxRows || cell.column < 0 ||
+            cell.column >= kXlsxMaxColumns)
+            throw ProgramError(1004,
+                               "The data need more than 1048576 rows or 16384 columns, the most "
+                               "an Excel sheet holds.");
         const auto row = static_cast<lxw_row_t>(cell.row);
         const auto column = static_cast<lxw_col_t>(cell.column);
         lxw_error error = LXW_NO_ERROR;
@@ -84,11 +82,22 @@ std::string XlsxWorkbookFile(const WorksheetCells& cells, std::string_view sheet
             error = worksheet_write_string(sheet, row, column, ToUtf8(cell.text).c_str(), nullptr);
         }
         if (error != LXW_NO_ERROR) throw LibraryError(error);
-    }
+    });
     // Closing writes the file and frees the workbook, whatever the outcome.
     lxw_error closed = workbook_close(workbook.release());
     if (closed != LXW_NO_ERROR) throw LibraryError(closed);
+}
 
+std::string XlsxWorkbookFile(const WorksheetCells& cells, std::string_view sheetName) {
+    ScratchFolder scratch;
+    const std::string fileName = (scratch.Path() / "book.xlsx").string();
+    WriteXlsxWorkbook(
+        fileName,
+        [&](const std::function<void(const WorksheetCell&)>& cell) {
+            for (const WorksheetCell& c : cells)
+                cell(c);
+        },
+        sheetName);
     return ReadWholeFile(fileName);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -11,8 +12,18 @@ namespace tavrelle {
 inline constexpr std::int64_t kXlsxMaxRows = 1048576;
 inline constexpr std::int64_t kXlsxMaxColumns = 16384;
 
-// The bytes of an .xlsx workbook with one worksheet holding the cells, written by libxlsxwriter.
-// Throws ProgramError 1004 when the cells do not fit on a sheet or the library fails.
+// Hands each cell of a sheet to its argument, in row order, columns ascending within a row.
+using WorksheetCellSource =
+    std::function<void(const std::function<void(const WorksheetCell&)>& cell)>;
+
+// Writes an .xlsx workbook with one worksheet holding the cells to `fileName`, with
+// libxlsxwriter in its constant-memory mode: each row goes to disk as the next one begins, so
+// memory does not grow with the sheet. Throws ProgramError 1004 when a cell does not fit on a
+// sheet or the library fails.
+void WriteXlsxWorkbook(const std::string& fileName, const WorksheetCellSource& cells,
+                       std::string_view sheetName);
+
+// The bytes of such a workbook, for a caller that keeps the file in memory.
 std::string XlsxWorkbookFile(const WorksheetCells& cells, std::string_view sheetName);
 
 }  // namespace tavrelle

@@ -8,7 +8,7 @@ namespace {
 constexpr int kCountedSpan = 1024;
 }  // namespace
 
-AlleleCountRows AlleleCountTable(const std::vector<Int16>& list) {
+AlleleCountRows AlleleCountTable(const std::vector<Int16>& list, CountWidth width) {
     AlleleCountRows table;
     if (list.empty()) return table;
     const auto [low, high] = std::minmax_element(list.begin(), list.end());
@@ -21,20 +21,20 @@ AlleleCountRows AlleleCountTable(const std::vector<Int16>& list) {
             ++counts[static_cast<std::size_t>(value - *low)];
         for (int offset = 0; offset < span; ++offset)
             if (counts[static_cast<std::size_t>(offset)] > 0)
-                table.push_back(
-                    {Narrow16(*low + offset), Narrow16(counts[static_cast<std::size_t>(offset)])});
+                table.push_back({Narrow16(*low + offset),
+                                 NarrowCount(counts[static_cast<std::size_t>(offset)], width)});
         return table;
     }
     std::vector<Int16> sorted = list;
     std::sort(sorted.begin(), sorted.end());
     for (Int16 value : sorted) {
         if (table.empty() || table.back().allele != value) table.push_back({value, 0});
-        table.back().count = Narrow16(table.back().count + 1);
+        table.back().count = NarrowCount(table.back().count + 1, width);
     }
     return table;
 }
 
-Int16 FindAlleleCount(const AlleleCountRows& table, Int16 allele) {
+std::int32_t FindAlleleCount(const AlleleCountRows& table, Int16 allele) {
     for (const AlleleCount& row : table)
         if (row.allele == allele) return row.count;
     return 0;

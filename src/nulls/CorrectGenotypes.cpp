@@ -9,7 +9,7 @@ AdjustedGenotypeList CorrectGenotypes(const GenotypeSet& sortedGenotypes,
     for (const GenotypeRow& row : sortedGenotypes)
         g.push_back({row.first, row.second});
     for (const AdjustedCountRow& classRow : adjustedCounts) {
-        const Int16 c = classRow.counts.at(static_cast<std::size_t>(method));
+        const std::int32_t c = classRow.counts.at(static_cast<std::size_t>(method));
         if (c < 1) continue;
         AdjustedGenotypeList next(g.size());
         std::size_t j = 0;

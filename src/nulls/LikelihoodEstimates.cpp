@@ -32,7 +32,7 @@ std::array<double, 4> PrescribedEstimates(const CodedLocus& locus,
             set.push_back({a, b, static_cast<Int16>(std::abs(a - b))});
     }
     try {
-        return CalculateNullAllele(set, Narrow16(blanks), false).estimates;
+        return CalculateNullAllele(set, Narrow16(blanks), false, CountWidth::Bits32).estimates;
     } catch (const ProgramError&) {
         // A sample where a formula has no value (a negative square root, an overflow).
         return {kNoValue, kNoValue, kNoValue, kNoValue};

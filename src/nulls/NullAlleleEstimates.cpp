@@ -24,15 +24,16 @@ double Divide(double numerator, double denominator) {
 
 struct ClassRow {
     Int16 size;
-    Int16 homozygotes;    // individuals homozygous for the class
-    Int16 heterozygotes;  // times the class occurs in heterozygous individuals
+    std::int32_t homozygotes;    // individuals homozygous for the class
+    std::int32_t heterozygotes;  // times the class occurs in heterozygous individuals
 };
 
 std::vector<ClassRow> ClassTable(const std::vector<Int16>& all, const std::vector<Int16>& hom,
-                                 const std::vector<Int16>& het) {
-    const AlleleCountRows classes = AlleleCountTable(all);
-    const AlleleCountRows homCounts = AlleleCountTable(hom);
-    const AlleleCountRows hetCounts = het.empty() ? AlleleCountRows{} : AlleleCountTable(het);
+                                 const std::vector<Int16>& het, CountWidth width) {
+    const AlleleCountRows classes = AlleleCountTable(all, width);
+    const AlleleCountRows homCounts = AlleleCountTable(hom, width);
+    const AlleleCountRows hetCounts =
+        het.empty() ? AlleleCountRows{} : AlleleCountTable(het, width);
     std::vector<ClassRow> rows;
     std::size_t h = 0;
     std::size_t e = 0;
@@ -53,9 +54,10 @@ std::string Rounded(double value) {
 
 }  // namespace
 
-NullAlleleEstimates CalculateNullAllele(const GenotypeSet& set, Int16 blanks, bool nullSuspected) {
+NullAlleleEstimates CalculateNullAllele(const GenotypeSet& set, Int16 blanks, bool nullSuspected,
+                                        CountWidth width) {
     NullAlleleEstimates result;
-    const Int16 n = Narrow16(static_cast<long long>(set.size()));
+    const std::int32_t n = NarrowCount(static_cast<long long>(set.size()), width);
     std::vector<Int16> homAlleles;
     std::vector<Int16> hetAlleles;
     std::vector<Int16> allAlleles;
@@ -69,12 +71,12 @@ NullAlleleEstimates CalculateNullAllele(const GenotypeSet& set, Int16 blanks, bo
         allAlleles.push_back(row.first);
         allAlleles.push_back(row.second);
     }
-    const Int16 h2 = Narrow16(static_cast<long long>(hetAlleles.size()));
+    const std::int32_t h2 = NarrowCount(static_cast<long long>(hetAlleles.size()), width);
     std::array<double, 4>& r = result.estimates;
 
     if (!homAlleles.empty() || !hetAlleles.empty()) {
-        const std::vector<ClassRow> classes = ClassTable(allAlleles, homAlleles, hetAlleles);
-        const Int16 twoN = Narrow16(2 * n);
+        const std::vector<ClassRow> classes = ClassTable(allAlleles, homAlleles, hetAlleles, width);
+        const std::int32_t twoN = NarrowCount(2LL * n, width);
         std::vector<double> p(classes.size());
         std::vector<double> q(classes.size());
         double sumQ = 0;
@@ -84,7 +86,8 @@ NullAlleleEstimates CalculateNullAllele(const GenotypeSet& set, Int16 blanks, bo
                                     static_cast<double>(classes[i].homozygotes) / n;
             const double root = Power(4 - 4 * carriers, 0.5);
             q[i] = 1 - 0.5 * root;
-            const Int16 copies = Narrow16(2 * classes[i].homozygotes + classes[i].heterozygotes);
+            const std::int32_t copies =
+                NarrowCount(2LL * classes[i].homozygotes + classes[i].heterozygotes, width);
             p[i] = static_cast<double>(copies) / twoN;
             sumQ += q[i];
             sumP2 += Power(p[i], 2.0);
@@ -98,29 +101,30 @@ NullAlleleEstimates CalculateNullAllele(const GenotypeSet& set, Int16 blanks, bo
             r[kChakraborty] = a / (2 - a);
             r[kBrookfield1] = (he - ho) / (he + 1);
         }
-        r[kBrookfield2] = Brookfield2(he, h2, n, blanks);
+        r[kBrookfield2] = Brookfield2(he, h2, n, blanks, width);
         std::vector<AlleleClassFrequency> frequencies;
         for (std::size_t i = 0; i < classes.size(); ++i)
             frequencies.push_back({classes[i].size, p[i], q[i]});
-        AdjustFrequencies(frequencies, n, nullSuspected, result);
+        AdjustFrequencies(frequencies, n, nullSuspected, result, width);
     }
     result.estimatesLine = Rounded(r[kVelmaret]) + "\t\t" + Rounded(r[kChakraborty]) + "\t\t" +
                            Rounded(r[kBrookfield1]) + "\t\t" + Rounded(r[kBrookfield2]);
     return result;
 }
 
-double Brookfield2(double he, Int16 h2, Int16 n, Int16 blanks) {
-    const Int16 everyone = Narrow16(blanks + n);
+double Brookfield2(double he, std::int32_t h2, std::int32_t n, std::int32_t blanks,
+                   CountWidth width) {
+    const std::int32_t everyone = NarrowCount(static_cast<long long>(blanks) + n, width);
     const double b = Divide(blanks, everyone);
-    const double hoAll = Divide(h2, Narrow16(2 * everyone));
+    const double hoAll = Divide(h2, NarrowCount(2LL * everyone, width));
     const double heAdj = Divide(he, Power(1 - b, 2.0));
     const double x = (1 + b) * heAdj - hoAll;
     const double y = 4 * b * (1 - Power(heAdj, 2.0));
     return (x + Power(Power(x, 2.0) + y, 0.5)) / (2 * (1 + heAdj));
 }
 
-void AdjustFrequencies(const std::vector<AlleleClassFrequency>& classes, Int16 n,
-                       bool nullSuspected, NullAlleleEstimates& result) {
+void AdjustFrequencies(const std::vector<AlleleClassFrequency>& classes, std::int32_t n,
+                       bool nullSuspected, NullAlleleEstimates& result, CountWidth width) {
     const std::array<double, 4>& r = result.estimates;
     // Only with evidence, and the Velmaret estimate decides for all four methods.
     const bool adjust = nullSuspected && r[kVelmaret] >= 0.05;
@@ -136,7 +140,8 @@ void AdjustFrequencies(const std::vector<AlleleClassFrequency>& classes, Int16 n
             for (std::size_t m = 0; m < 4; ++m) {
                 // A class whose expected null heterozygotes round to none keeps its count 0.
                 if (std::nearbyint(r[m] * c.p * n) >= 1)
-                    row.counts[m] = ToInt16(2 * r[m] * c.p * n);
+                    row.counts[m] = width == CountWidth::Bits16 ? ToInt16(2 * r[m] * c.p * n)
+                                                                : ToInt32(2 * r[m] * c.p * n);
             }
             result.adjustedText += std::to_string(c.size) + "\t" + Rounded(c.p) + "\t\t" +
                                    Rounded(c.q) + "\t\t" + Rounded((1 - r[kChakraborty]) * c.p) +

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "base/CountWidth.h"
 #include "population/GenotypeSet.h"
 
 namespace tavrelle {
@@ -15,7 +16,7 @@ inline constexpr std::array<const char*, 4> kNullMethodNames = {"Velmaret", "Cha
 // Per allele class: its size and the individuals each method reassigns to a null allele.
 struct AdjustedCountRow {
     Int16 size = 0;
-    std::array<Int16, 4> counts{};
+    std::array<std::int32_t, 4> counts{};
 
     bool operator==(const AdjustedCountRow&) const = default;
 };
@@ -30,7 +31,8 @@ struct NullAlleleEstimates {
 
 // The four estimates of the null allele frequency of a locus from its scored genotypes and the
 // number of individuals that gave no genotype (`blanks`), and, when `nullSuspected` and the
-// Velmaret estimate is at least 0.05, the adjusted allele frequencies and counts.
+// Velmaret estimate is at least 0.05, the adjusted allele frequencies and counts. Its counts
+// (2 x n among them) are checked against `width`.
 //
 // Velmaret: 1 - sum of q over the classes, where q = 1 - sqrt(1 - carriers / n) is the
 // frequency that under Hardy-Weinberg proportions gives the class's observed share of carriers.
@@ -39,7 +41,8 @@ struct NullAlleleEstimates {
 // Brookfield 1: (He - Ho) / (1 + He); Brookfield 2: the estimate that also counts the
 // individuals with no amplified allele as null homozygotes (Brookfield, J. F. Y. 1996,
 // Mol. Ecol. 5: 453-455).
-NullAlleleEstimates CalculateNullAllele(const GenotypeSet& set, Int16 blanks, bool nullSuspected);
+NullAlleleEstimates CalculateNullAllele(const GenotypeSet& set, Int16 blanks, bool nullSuspected,
+                                        CountWidth width = CountWidth::Bits16);
 
 // Observed allele frequency p and carrier-based frequency q of one allele class.
 struct AlleleClassFrequency {
@@ -51,13 +54,15 @@ struct AlleleClassFrequency {
 // The Brookfield 2 estimate from the expected heterozygosity, the heterozygous allele copies h2
 // among n scored individuals, and the individuals with no genotype. Where its square root has no
 // real value the power operation fails (Invalid procedure call), as the run time's does.
-double Brookfield2(double he, Int16 h2, Int16 n, Int16 blanks);
+double Brookfield2(double he, std::int32_t h2, std::int32_t n, std::int32_t blanks,
+                   CountWidth width = CountWidth::Bits16);
 
 // The adjusted allele frequencies and the counts of individuals each method reassigns, written
 // into `result` when `nullSuspected` and the Velmaret estimate is at least 0.05; otherwise only
 // the class sizes of the counts.
-void AdjustFrequencies(const std::vector<AlleleClassFrequency>& classes, Int16 n,
-                       bool nullSuspected, NullAlleleEstimates& result);
+void AdjustFrequencies(const std::vector<AlleleClassFrequency>& classes, std::int32_t n,
+                       bool nullSuspected, NullAlleleEstimates& result,
+                       CountWidth width = CountWidth::Bits16);
 
 // Meant to hand out the estimates line of a locus; its lookup asks the two-column table with one
 // subscript, so it always fails with the subscript error of the run time.

@@ -7,7 +7,7 @@
 
 namespace tavrelle {
 
-PreparedGenotypes PrepareLocusGenotypes(const GenotypeSet& set) {
+PreparedGenotypes PrepareLocusGenotypes(const GenotypeSet& set, CountWidth width) {
     PreparedGenotypes prepared;
     std::vector<Int16> alleles;
     for (GenotypeRow row : set) {
@@ -29,7 +29,7 @@ PreparedGenotypes PrepareLocusGenotypes(const GenotypeSet& set) {
             rows[i].second = scratch[i - start].second;
         start = end;
     }
-    prepared.alleleCounts = AlleleCountTable(alleles);
+    prepared.alleleCounts = AlleleCountTable(alleles, width);
     return prepared;
 }
 

@@ -15,6 +15,7 @@ struct PreparedGenotypes {
 // Each genotype with its alleles in ascending order, sorted on the low allele with the Shell
 // sort; then within each run of equal low alleles only the high alleles are sorted and written
 // back, so the difference column keeps the order the first sort left.
-PreparedGenotypes PrepareLocusGenotypes(const GenotypeSet& set);
+PreparedGenotypes PrepareLocusGenotypes(const GenotypeSet& set,
+                                        CountWidth width = CountWidth::Bits16);
 
 }  // namespace tavrelle

@@ -2,6 +2,7 @@
 
 #include <exception>
 
+#include "base/ProgramError.h"
 #include "population/ExcelTexts.h"
 
 namespace tavrelle {
@@ -101,6 +102,13 @@ OpenedDataFile OpenDataFileWith(const std::string& path, FileKind format, const 
         OpenedDataFile opened;
         opened.store = std::make_unique<InputDataSource>(std::get<PopulationCells>(std::move(read)),
                                                          questions);
+        return opened;
+    } catch (const ProgramError& failure) {
+        // What the open command shows in its "Error Opening File" box, and which limit it met.
+        OpenedDataFile opened;
+        opened.error = OpenFailure(
+            path, failure.Detail().empty() ? failure.Description()
+                                           : failure.Description() + " (" + failure.Detail() + ")");
         return opened;
     } catch (const std::exception& failure) {
         // What the open command shows in its "Error Opening File" box.

@@ -16,14 +16,14 @@ public:
         study.settings = header.settings;
         study.clockSeed = header.settings.clockSeed;
         builder_.emplace(std::move(study));
-        return "";
+        return builder_->Begin();
     }
+    // Each population's sections are written as it comes, so memory stays flat.
     std::string Population(const PopulationResult& population) override {
-        builder_->Add(population);
         ++populations_;
-        return "";
+        return builder_->Add(population);
     }
-    std::string End() override { return builder_->Page(populations_); }
+    std::string End() override { return builder_->End(populations_); }
 
 private:
     std::optional<StudyReportBuilder> builder_;

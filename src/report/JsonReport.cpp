@@ -99,7 +99,7 @@ void WriteNullAlleles(JsonWriter& json, const LocusResult& locus, bool withGenot
     for (const AdjustedCountRow& row : locus.nulls.adjustedCounts) {
         json.BeginArray(true);
         json.Integer(row.size);
-        for (Int16 count : row.counts)
+        for (std::int32_t count : row.counts)
             json.Integer(count);
         json.EndArray();
     }

@@ -32,6 +32,8 @@ figure { display: inline-block; margin: 0.3em; } figcaption { font-size: 0.8em; 
       max-width: 520px; }
 section.locus { break-inside: avoid; page-break-inside: avoid; }
 .note { color: #555; font-size: 0.9em; }
+div.report { display: flex; flex-direction: column; }
+div.summary { order: 1; } div.populations { order: 2; }
 </style>
 )";
 
@@ -172,31 +174,34 @@ std::string LocusSection(const PopulationResult& population, const LocusResult& 
 
 }  // namespace
 
-void StudyReportBuilder::Add(const PopulationResult& population) {
+std::string StudyReportBuilder::Begin() const {
+    const std::string heading = Html(header_.title.empty() ? header_.file : header_.title);
+    return "<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\">\n"
+           "<title>Study report: " +
+           heading + "</title>\n" + kStyle + "</head><body>\n<h1>Study report: " + heading +
+           "</h1>\n<div class=\"report\">\n<div class=\"populations\">\n";
+}
+
+std::string StudyReportBuilder::Add(const PopulationResult& population) {
     table_.Add(population);
     ++added_;
-    sections_ += "<h2>Population " + std::to_string(population.number) + ": " +
-                 Html(population.name) + "</h2>\n<p>" + std::to_string(population.samples) +
-                 " samples.</p>\n";
-    if (!population.Analysed() || !population.analysis) {
-        sections_ += "<p>Not analysed: " + PlainText(population.error.value_or("")) + "</p>\n";
-        return;
-    }
+    std::string sections = "<h2>Population " + std::to_string(population.number) + ": " +
+                           Html(population.name) + "</h2>\n<p>" +
+                           std::to_string(population.samples) + " samples.</p>\n";
+    if (!population.Analysed() || !population.analysis)
+        return sections + "<p>Not analysed: " + PlainText(population.error.value_or("")) + "</p>\n";
     for (const LocusResult& locus : population.analysis->Loci()) {
         std::size_t column = 0;
         while (column < table_.Loci().size() && table_.Loci()[column] != locus.name)
             ++column;
-        sections_ += LocusSection(population, locus, column, header_.settings.confidence);
+        sections += LocusSection(population, locus, column, header_.settings.confidence);
     }
+    return sections;
 }
 
-std::string StudyReportBuilder::Page(int populationsInFile) const {
-    const std::string heading = Html(header_.title.empty() ? header_.file : header_.title);
-    std::string html =
-        "<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\">\n"
-        "<title>Study report: " +
-        heading + "</title>\n" + kStyle + "</head><body>\n<h1>Study report: " + heading +
-        "</h1>\n<h2>Settings</h2>\n" + SettingsSection(header_, added_, populationsInFile);
+std::string StudyReportBuilder::End(int populationsInFile) const {
+    std::string html = "</div>\n<div class=\"summary\">\n<h2>Settings</h2>\n" +
+                       SettingsSection(header_, added_, populationsInFile);
 
     html += "<h2>Overview</h2>\n<p class=\"note\">Each cell: the null allele verdict, the " +
             std::string(kStudyEstimateName) +
@@ -215,14 +220,15 @@ std::string StudyReportBuilder::Page(int populationsInFile) const {
     }
     if (!notes.empty())
         html += "<h2>Stopped populations and suspect values</h2>\n<ul>" + notes + "</ul>\n";
-    return html + sections_ + "</body></html>\n";
+    return html + "</div>\n</div>\n</body></html>\n";
 }
 
 std::string StudyReportHtml(const StudyReportInput& input) {
     StudyReportBuilder builder(input);
+    std::string html = builder.Begin();
     for (const PopulationResult& population : *input.populations)
-        builder.Add(population);
-    return builder.Page(input.populationsInFile);
+        html += builder.Add(population);
+    return html + builder.End(input.populationsInFile);
 }
 
 }  // namespace tavrelle

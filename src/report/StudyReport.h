@@ -23,20 +23,23 @@ struct StudyReportInput : StudyReportHeader {
     int populationsInFile = 0;  // more than delivered when the run was cancelled
 };
 
-// A study report made one population at a time, so that a population's results can be dropped
-// once added: each population's sections are written as it comes, and the overview, which
-// needs them all, when the page is asked for.
+// A study report written one population at a time, so that neither a population's results nor
+// its sections are kept once added: the page is Begin(), then what each Add() returns, in file
+// order, then End(). The settings, overview and heat map need every population, so they come
+// last in the file, and the page's style shows them above the populations' sections.
 class StudyReportBuilder {
 public:
     explicit StudyReportBuilder(StudyReportHeader header) : header_(std::move(header)) {}
-    void Add(const PopulationResult& population);
-    // The page; `populationsInFile` above the count added tells that the run was cancelled.
-    std::string Page(int populationsInFile) const;
+    std::string Begin() const;
+    // The sections of one population.
+    std::string Add(const PopulationResult& population);
+    // The rest of the page; `populationsInFile` above the count added tells that the run was
+    // cancelled.
+    std::string End(int populationsInFile) const;
 
 private:
     StudyReportHeader header_;
     StudyTable table_;
-    std::string sections_;
     int added_ = 0;
 };
 

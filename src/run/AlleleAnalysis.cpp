@@ -9,6 +9,7 @@
 #include "analysis/Randomisation.h"
 #include "base/Numbers.h"
 #include "nulls/SummaryText.h"
+#include "population/PopulationName.h"
 #include "results/LocusInterpretation.h"
 
 namespace tavrelle {
@@ -22,6 +23,9 @@ const Message kTooManySamples{
     "There may be too many samples for Tavrelle to analyse.\r\nThe maximum is usually around 750 "
     "samples.\r\nPlease divide the population into smaller groups and try again.",
     "Too many samples", MessageIcon::Exclamation, MessageButtons::Ok};
+
+// The allele copies of the desktop's run are 16-bit.
+constexpr int kMostAnalysedSamples = 32767;
 
 template <class Hook, class... Args>
 void Call(const Hook& hook, Args&&... args) {
@@ -46,6 +50,14 @@ AlleleAnalysis::AlleleAnalysis(const Table& rsAlleleData, RunSettings settings, 
         CholeskyCheck(*hooks_.prompter);
     } catch (const ProgramError& error) {
         runError_ = error;
+        // 2 x samples is the first count to leave 16 bits; say so, with the way round it.
+        if (error.Number() == ProgramError::Overflow().Number() &&
+            settings_.counts == CountWidth::Bits16 && 2 * sampleCount_ > kMostAnalysedSamples)
+            runError_ = error.WithDetail(
+                "The population " + GridCaptionName(rsAlleleData) + " has " +
+                std::to_string(sampleCount_) + " samples; Analyse counts allele copies in 16 " +
+                "bits and takes at most " + std::to_string(kMostAnalysedSamples / 2) +
+                " samples. Tools > Study Overview and tavrelle-batch analyse up to 32766.");
         errorLocus_ = locusInHand_;
         Call(hooks_.endProgress);
     }
@@ -170,7 +182,7 @@ void AlleleAnalysis::AnalyseLocus(LocusResult& locus, KeyPipeline& keys) {
 
     locus.observedHomozygotes =
         ExpandClasses(HomozygoteClassList(locus.genotypes), locus.range, locus.lowest);
-    locus.prepared = PrepareLocusGenotypes(locus.genotypes);
+    locus.prepared = PrepareLocusGenotypes(locus.genotypes, settings_.counts);
     locus.observedDifferences = ExpandClasses(DifferenceClassList(locus.genotypes), locus.range, 0);
     Call(hooks_.progress, column + 1);
 
@@ -187,7 +199,7 @@ void AlleleAnalysis::AnalyseLocus(LocusResult& locus, KeyPipeline& keys) {
 
     LocusAnalysis(locus.index, settings_.confidence);
     ClassBinomialTest(locus.observedHomozygotes, locus.sortedAlleles, locus.randomHomozygotes,
-                      tables_.chi, locus.binomial);
+                      tables_.chi, locus.binomial, settings_.counts);
     if (locus.binomial.overflowed) ReportTooManySamples();
 
     LocusConclusions conclusions = LocusInterpretation(locus);
@@ -195,7 +207,8 @@ void AlleleAnalysis::AnalyseLocus(LocusResult& locus, KeyPipeline& keys) {
     locus.interpretationText = std::move(conclusions.interpretationText);
     locus.nullPresent = std::move(conclusions.nullPresent);
     locus.nullSuspected = conclusions.nullSuspected;
-    locus.nulls = CalculateNullAllele(locus.genotypes, locus.missingGenotypes, locus.nullSuspected);
+    locus.nulls = CalculateNullAllele(locus.genotypes, locus.missingGenotypes, locus.nullSuspected,
+                                      settings_.counts);
 }
 
 GenotypeSet AlleleAnalysis::RoundPool(const GenotypeSet& observed) const {

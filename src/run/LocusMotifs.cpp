@@ -34,14 +34,14 @@ std::string Listed(const std::vector<std::string>& names) {
 
 }  // namespace
 
-std::map<std::string, Int16> ReadRepeatTable(const std::string& path) {
+RepeatTable ReadRepeatTable(const std::string& path) {
     std::string bytes;
     try {
         bytes = ReadWholeFile(path);
     } catch (const ProgramError& error) {
         throw std::runtime_error("could not read " + path + ": " + error.Description());
     }
-    std::map<std::string, Int16> motifs;
+    RepeatTable table{path, {}, {}};
     LineInput lines(std::move(bytes));
     for (int number = 1; !lines.Eof(); ++number) {
         const std::string line = lines.ReadLine();
@@ -60,9 +60,16 @@ std::map<std::string, Int16> ReadRepeatTable(const std::string& path) {
                                   ": give a locus name and its motif (1 to 6), separated by a "
                                   "tab or a comma (got '" +
                                   line + "').");
-        motifs[name] = static_cast<Int16>(motif[0] - '0');
+        const auto value = static_cast<Int16>(motif[0] - '0');
+        const auto [given, fresh] = table.motifs.emplace(name, value);
+        if (!fresh && given->second != value)
+            throw StudyUsageError("--repeats " + path + ": line " + std::to_string(number) +
+                                  " gives locus '" + name + "' the motif " + motif + ", line " +
+                                  std::to_string(table.lines[name]) + " gave it " +
+                                  std::to_string(given->second) + ". Keep one of them.");
+        if (fresh) table.lines[name] = number;
     }
-    return motifs;
+    return table;
 }
 
 std::vector<std::string> ClosestNames(const std::string& name,
@@ -82,8 +89,8 @@ std::vector<std::string> ClosestNames(const std::string& name,
 
 std::map<std::string, Int16> MotifsOfLoci(const std::vector<std::string>& loci,
                                           const std::map<std::string, Int16>& byOption,
-                                          const std::map<std::string, Int16>& byTable,
-                                          std::optional<Int16> forAll, std::ostream& notes) {
+                                          const RepeatTable& byTable, std::optional<Int16> forAll,
+                                          std::ostream& notes) {
     auto known = [&](const std::string& name) {
         return std::find(loci.begin(), loci.end(), name) != loci.end();
     };
@@ -95,16 +102,25 @@ std::map<std::string, Int16> MotifsOfLoci(const std::vector<std::string>& loci,
                               (closest.empty() ? " Its loci: " + Listed(loci) + "."
                                                : " Did you mean " + Listed(closest) + "?"));
     }
-    for (const auto& [name, motif] : byTable)
-        if (!known(name))
-            notes << "tavrelle-batch: note: the --repeats table names '" << name
-                  << "', which the file has no locus of; it is not used.\n";
+    for (const auto& [name, motif] : byTable.motifs) {
+        if (known(name)) continue;
+        std::vector<std::string> sameButCase;
+        for (const std::string& locus : loci)
+            if (UpperCase(locus) == UpperCase(name)) sameButCase.push_back(locus);
+        if (!sameButCase.empty())
+            throw StudyUsageError("--repeats " + byTable.path + ", line " +
+                                  std::to_string(byTable.lines.at(name)) +
+                                  ": the file has no locus '" + name + "' (names are told apart " +
+                                  "by case). Did you mean " + Listed(sameButCase) + "?");
+        notes << "tavrelle-batch: note: the --repeats table names '" << name
+              << "', which the file has no locus of; it is not used.\n";
+    }
     std::map<std::string, Int16> motifs;
     std::vector<std::string> without;
     for (const std::string& locus : loci) {
         if (auto named = byOption.find(locus); named != byOption.end())
             motifs[locus] = named->second;
-        else if (auto listed = byTable.find(locus); listed != byTable.end())
+        else if (auto listed = byTable.motifs.find(locus); listed != byTable.motifs.end())
             motifs[locus] = listed->second;
         else if (forAll)
             motifs[locus] = *forAll;

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "analysis/Confidence.h"
+#include "base/CountWidth.h"
 #include "base/Int16.h"
 #include "base/Prompter.h"
 
@@ -42,6 +43,9 @@ struct RunSettings {
     int threads = 0;        // a study's workers; 0: the CPUs this process may run on
     int bootstrap = 1000;   // replicates for the likelihood estimates' intervals; 0: none
     bool threaded = false;  // one population: draw the random numbers on a second thread
+    // The desktop's Analyse counts in 16 bits, as prescribed (2 x samples overflows at 16,384
+    // samples); a study run counts in 32.
+    CountWidth counts = CountWidth::Bits16;
     // Keeps homozygotes out of the pool the rounds draw from. Every run of the program leaves it
     // off, so that the pool always holds all valid genotypes; the branch stands ready.
     bool heterozygotesOnly = false;

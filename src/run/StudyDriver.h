@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "run/LocusMotifs.h"
 #include "run/PopulationResult.h"
 #include "run/RunSettings.h"
 
@@ -30,7 +31,7 @@ struct StudyJob {
     RunSettings settings;
     std::vector<int> populations;               // 1-based, in this order; empty: all
     std::map<std::string, Int16> repeatByName;  // motifs named one by one
-    std::map<std::string, Int16> repeatTable;   // a table of motifs; named ones win
+    RepeatTable repeatTable;                    // a table of motifs; named ones win
 };
 
 // Where a study's results go: the header once, then each population in file order as soon as

@@ -37,7 +37,8 @@ std::vector<Int16> RepeatCodes(const RunSettings& settings, const Table& table) 
 }
 
 std::string RunTimeError(const ProgramError& error) {
-    return "Run-time error '" + std::to_string(error.Number()) + "':\r\n\r\n" + error.Description();
+    return "Run-time error '" + std::to_string(error.Number()) + "':\r\n\r\n" +
+           error.Description() + (error.Detail().empty() ? "" : "\r\n\r\n" + error.Detail());
 }
 
 ErrorDialogChoice ChoiceOf(SuspectPolicy policy) {
@@ -180,7 +181,7 @@ PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const RunSe
     result.name = ShowPopulationName(table);
     result.samples = table.RecordCount() - 2;
     RecordingPrompter prompter;
-    // The counts of a run are 16-bit: a larger population would overflow them.
+    // Sample rows are numbered in 16 bits: a larger population cannot be told about.
     if (result.samples > kMostSamples) {
         result.stopReason = StopReason::TooManySamples;
         result.error = "The population has " + std::to_string(result.samples) +
@@ -188,16 +189,20 @@ PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const RunSe
                        " samples of a population can be analysed. Divide it into smaller groups.";
         return result;
     }
+    SuspectCells cells;
+    // What the check found, also when something after it failed.
+    auto keepFindings = [&] {
+        result.nonInteger = Entries(table, cells.NonIntegerCells);
+        result.unexpected = Entries(table, cells.UnexpectedCells);
+        result.inconsistent = Entries(table, cells.InconsistentCells);
+    };
     try {
         const std::vector<Int16> repeatCodes = RepeatCodes(settings, table);
         CheckFlags flags;
         flags.AnalyseInProgress = true;
-        SuspectCells cells;
-        CheckOutcome outcome =
-            ValidatePopulation(table, repeatCodes, settings.maxAlleleSize, flags, cells, prompter);
-        result.nonInteger = Entries(table, cells.NonIntegerCells);
-        result.unexpected = Entries(table, cells.UnexpectedCells);
-        result.inconsistent = Entries(table, cells.InconsistentCells);
+        CheckOutcome outcome = ValidatePopulation(table, repeatCodes, settings.maxAlleleSize, flags,
+                                                  cells, prompter, CountWidth::Bits32);
+        keepFindings();
         if (!flags.CheckClean) {
             result.action = ActionOf(settings.onSuspect);
             ApplyErrorDialogChoice(ChoiceOf(settings.onSuspect), table, cells, flags);
@@ -218,6 +223,7 @@ PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const RunSe
             RunSettings run = settings;
             run.repeatCodes = repeatCodes;
             run.threaded = threaded;
+            run.counts = CountWidth::Bits32;
             RunHooks hooks;
             hooks.prompter = &prompter;
             result.analysis = std::make_unique<AlleleAnalysis>(table, run, hooks);
@@ -236,6 +242,7 @@ PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const RunSe
             }
         }
     } catch (const ProgramError& error) {
+        keepFindings();
         result.stopReason = StopReason::RunError;
         result.error = RunTimeError(error);
     }

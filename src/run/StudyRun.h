@@ -22,8 +22,9 @@ std::vector<StudyPopulation> StudyPopulations(InputDataSource& store);
 std::vector<StudyPopulation> StudyPopulations(InputDataSource& store,
                                               const std::vector<int>& numbers, int& count);
 
-// The most samples a population may have: its counts are 16-bit.
-inline constexpr std::int64_t kMostSamples = 32767;
+// The most samples a population of a study may have: its sample rows are numbered in 16 bits
+// (the first is row 2). Its counts are 32-bit (CountWidth).
+inline constexpr std::int64_t kMostSamples = 32766;
 
 // The Analyse command on one population with nobody at the dialogs: the check, the choice about
 // suspect values that the settings make, and the run with a fresh generator from the seed.

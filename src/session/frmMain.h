@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -69,6 +70,8 @@ public:
     // The road of Analyse; tests set its seed.
     RunController& Run() const { return *run_; }
     const std::string& FileLocation() const { return fileLocation; }
+    // File > Open with the file already named, as a file manager or a command line names it.
+    void OpenNamedFile(std::string path);
 
     // The session's help bundle: the program's folder and "TavrelleHelp"; empty for none.
     const std::string& HelpFile() const { return helpFile_; }
@@ -88,6 +91,7 @@ private:
     // Commands, as the menus, toolbar and buttons reach them.
     void mnuNew_Click();
     void mnuFileOpen_Click();
+    std::optional<std::string> namedFile_;  // taken by the next open instead of the dialog
     void mnuSaveAs_Click();
     void mnuFileExit_Click();
     void CloseGridButton_Click();

@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QSplitter>
 #include <QToolButton>
+#include <utility>
 
 #include "base/InstallPaths.h"
 #include "base/Numbers.h"
@@ -99,11 +100,13 @@ void frmMain::mnuFileOpen_Click() {
     LoadedPopulations = 1;
 
     const std::filesystem::path demo = InstalledFile(programFolder_, "../DemoFiles");
-    std::optional<std::string> chosen = interaction_.OpenFileName(
-        {"Open", demo.lexically_normal().string(),
-         "All Files (*.*)|*.*|Excel files (xls)|*.xls|Genepop (dat)|*.dat|Genepop (txt)|*.txt|"
-         "Excel 2007+ files (xlsx)|*.xlsx",
-         ""});
+    std::optional<std::string> chosen =
+        namedFile_ ? std::exchange(namedFile_, std::nullopt)
+                   : interaction_.OpenFileName(
+                         {"Open", demo.lexically_normal().string(),
+                          "All Files (*.*)|*.*|Excel files (xls)|*.xls|Genepop (dat)|*.dat|"
+                          "Genepop (txt)|*.txt|Excel 2007+ files (xlsx)|*.xlsx",
+                          ""});
     if (!chosen || chosen->empty()) return;  // cancelled: the controls stay off until an open
     StatusPanel1->setText("  Loading...");
     fileLocation = *chosen;
@@ -148,6 +151,11 @@ void frmMain::mnuFileOpen_Click() {
     NextPopButton->setEnabled(NoMorePopulations);
     StatusPanel1->setText("  Ready");
     NoStoreYet = false;
+}
+
+void frmMain::OpenNamedFile(std::string path) {
+    namedFile_ = std::move(path);
+    Guarded([this] { mnuFileOpen_Click(); });
 }
 
 void frmMain::mnuSaveAs_Click() {

@@ -141,6 +141,7 @@ void frmMain::Guarded(const std::function<void()>& command) {
 void frmMain::Fatal(const ProgramError& error) {
     std::string text =
         "Run-time error '" + std::to_string(error.Number()) + "':\r\n\r\n" + error.Description();
+    if (!error.Detail().empty()) text += "\r\n\r\n" + error.Detail();
     if (session_.gInputData && !session_.gInputData->LocusNames().front().empty()) {
         // Nothing typed or loaded is lost: every population goes to a recovery file first.
         QDir().mkpath(QString::fromStdString(RecoveryFolder()));

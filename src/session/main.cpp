@@ -1,9 +1,11 @@
-// Tavrelle, the desktop program. It takes no command line.
+// Tavrelle, the desktop program. Its one argument, when given, is a data file to open once the
+// main screen stands, as File > Open would (how a file manager opens a .gen file with it).
 #include <QApplication>
 #include <QDir>
 #include <QScreen>
 #include <QStandardPaths>
 #include <QThread>
+#include <QTimer>
 
 #include "session/DesktopInteraction.h"
 #include "session/Session.h"
@@ -32,5 +34,9 @@ int main(int argc, char** argv) {
     main.endSession = [](int code) { QCoreApplication::exit(code); };
     splash.close();
     main.show();
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() > 1)
+        QTimer::singleShot(
+            0, &main, [&main, file = arguments.at(1).toStdString()] { main.OpenNamedFile(file); });
     return QApplication::exec();
 }

@@ -222,6 +222,19 @@ TEST_F(ScreenTest, ARefusedFileShowsTheExampleAndKeepsTheOldGrid) {
     EXPECT_FALSE(Action("mnuDisplayGraphs")->isEnabled());
 }
 
+TEST_F(ScreenTest, AFileNamedAtStartOpensAsFileOpenWouldWithoutTheDialog) {
+    screen->OpenNamedFile(kThreePopulations);
+    EXPECT_TRUE(user.dialogs.empty());
+    EXPECT_EQ(screen->FileLocation(), kThreePopulations);
+    EXPECT_EQ(screen->windowTitle(), "Tavrelle - DemoThreePopulations.gen");
+    EXPECT_TRUE(screen->GridVisible());
+    EXPECT_EQ(Label("StatusPanel1")->text(), "  Ready");
+    // The next File > Open asks again.
+    user.openNames.push_back(std::nullopt);
+    Action("mnuFileOpen")->trigger();
+    EXPECT_EQ(user.dialogs.size(), 1u);
+}
+
 TEST_F(ScreenTest, ClosingAsksAboutSavingOnlyAfterChanges) {
     Open(kThreePopulations);
     Widget<QToolButton>("CloseGridButton")->click();

@@ -22,8 +22,9 @@ deb=${debs[0]}
 dpkg-deb -c "$deb" | awk '{ print $6 }' | sed 's|^\./|/|' >"$scratch/contents"
 expected=(
     /usr/bin/tavrelle-batch /usr/share/tavrelle/ChiSquareTable.txt
-    /usr/share/tavrelle/DemoFiles/DemoNullAlleles.gen /usr/share/man/man1/tavrelle-batch.1
-    /usr/share/doc/tavrelle/LICENSE
+    /usr/share/tavrelle/DemoFiles/DemoNullAlleles.gen /usr/share/man/man1/tavrelle-batch.1.gz
+    /usr/share/doc/tavrelle/copyright /usr/share/doc/tavrelle/changelog.gz
+    /usr/bin/tavrelle-merge-csv /usr/share/tavrelle/workflows/Snakefile
 )
 if [[ -e $build/bin/tavrelle ]]; then
     expected+=(/usr/bin/tavrelle /usr/share/tavrelle/User_Guide.pdf
@@ -45,6 +46,12 @@ needed=$(tr ',|' '\n\n' <<<"$depends" | sed 's/(.*//; s/ //g' | sort -u)
 known=$(apt-cache show --no-all-versions $needed 2>/dev/null | sed -n 's/^Package: //p' | sort -u)
 unknown=$(comm -23 <(echo "$needed") <(echo "$known"))
 [[ -z $unknown ]] || fail "apt knows no package $unknown"
+# Lintian, as Debian judges a package: no error and no warning (its notes, I:, are advice).
+lintian --tag-display-limit 0 "$deb" >"$scratch/lintian.log" 2>&1 || true
+if grep -q '^[EW]:' "$scratch/lintian.log"; then
+    cat "$scratch/lintian.log" >&2
+    fail "lintian found errors or warnings"
+fi
 # The package's own batch program, unpacked, analyses its own demo file.
 dpkg-deb -x "$deb" "$scratch/root"
 mkdir -p "$scratch/work"

@@ -22,13 +22,16 @@ expected=(
     share/tavrelle/ChiSquareTable.txt share/tavrelle/NormalCurveTable.txt
     share/tavrelle/RankCorrelationTable.txt
     share/tavrelle/DemoFiles/DemoNullAlleles.gen share/tavrelle/DemoFiles/DemoThreePopulations.xlsx
-    share/man/man1/tavrelle-batch.1 share/doc/tavrelle/LICENSE share/doc/tavrelle/CITATION.cff
-    share/doc/tavrelle/workflows/Snakefile
+    bin/tavrelle-merge-csv share/man/man1/tavrelle-batch.1.gz share/man/man1/tavrelle-simulate.1.gz
+    share/man/man1/tavrelle-merge-csv.1.gz share/doc/tavrelle/copyright
+    share/doc/tavrelle/changelog.gz share/doc/tavrelle/CITATION.cff
+    share/tavrelle/workflows/Snakefile
 )
 if [[ -e $build/bin/tavrelle ]]; then
     expected+=(
         bin/tavrelle share/tavrelle/TavrelleHelp share/tavrelle/User_Guide.pdf
-        share/applications/org.tavrelle.Tavrelle.desktop
+        share/applications/org.tavrelle.Tavrelle.desktop share/mime/packages/tavrelle.xml
+        share/man/man1/tavrelle.1.gz
         share/metainfo/org.tavrelle.Tavrelle.metainfo.xml
         share/icons/hicolor/48x48/apps/org.tavrelle.Tavrelle.png
         share/icons/hicolor/scalable/apps/org.tavrelle.Tavrelle.svg
@@ -39,6 +42,11 @@ for path in "${expected[@]}"; do
 done
 leftovers=$(find "$prefix/bin" -type f ! -name 'tavrelle*')
 [[ -z $leftovers ]] || fail "bin/ holds more than the programs: $leftovers"
+# The scripts are run, so they keep their run bits.
+for script in bin/tavrelle-merge-csv share/tavrelle/workflows/merge-csv.sh \
+    share/tavrelle/workflows/tavrelle-array.sbatch; do
+    [[ -x $prefix/$script ]] || fail "$script lost its run bit"
+done
 
 # From another folder, and through a link in a third one.
 mkdir -p "$scratch/work" "$scratch/links"
