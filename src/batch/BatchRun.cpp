@@ -5,13 +5,15 @@
 #include "analysis/ClockSeed.h"
 #include "analysis/StatisticalTables.h"
 #include "base/Numbers.h"
+#include "batch/BatchInput.h"
+#include "batch/DataConversion.h"
 #include "batch/LocusMotifs.h"
 #include "batch/ReportOutput.h"
-#include "formats/ExcelWorkbookWriter.h"
+#include "checking/AlleleCoding.h"
 #include "formats/SheetReaders.h"
 #include "population/ExcelTexts.h"
 #include "population/FileKind.h"
-#include "population/GenepopWriter.h"
+#include "population/GenotypeTables.h"
 #include "population/InputDataSource.h"
 #include "report/ReportStream.h"
 #include "run/StudyRun.h"
@@ -73,12 +75,11 @@ std::string LoadFailure(const std::string& file, const RecordingPrompter& prompt
 // ending, a workbook from the sheet named. A file that does not load throws std::runtime_error
 // with the message to print.
 struct LoadedStore {
-    explicit LoadedStore(const BatchOptions& options)
-        : kind(KindOfFile(options.file)), prompter(options.acceptNumericNames) {
+    LoadedStore(const BatchOptions& options, const BatchInput& input)
+        : kind(input.kind), prompter(options.acceptNumericNames) {
         std::unique_ptr<ExcelSheetReader> reader = MakeExcelSheetReader(kind);
         StoreRequest request;
-        // "-" is standard input, read once as a Genepop file.
-        request.fileLocation = options.file == "-" ? "/dev/stdin" : options.file;
+        request.fileLocation = input.loadPath;
         request.isExcel = IsExcelKind(kind);
         request.excelSheetName = options.sheet;
         request.excelReader = reader.get();
@@ -105,16 +106,20 @@ struct LoadedStore {
     std::unique_ptr<InputDataSource> store;
 };
 
-std::vector<StudyPopulation> ChosenPopulations(InputDataSource& store,
-                                               const BatchOptions& options) {
-    if (options.populations.empty()) return StudyPopulations(store);
-    int count = 0;
-    std::vector<StudyPopulation> chosen = StudyPopulations(store, options.populations, count);
+void CheckPopulationNumbers(const BatchOptions& options, int count) {
     for (int number : options.populations)
         if (number > count)
             throw BatchUsageError(
                 "--population: " + options.file + " has " + std::to_string(count) +
                 " population(s): there is no population " + std::to_string(number) + ".");
+}
+
+std::vector<StudyPopulation> ChosenPopulations(InputDataSource& store,
+                                               const BatchOptions& options) {
+    if (options.populations.empty()) return StudyPopulations(store);
+    int count = 0;
+    std::vector<StudyPopulation> chosen = StudyPopulations(store, options.populations, count);
+    CheckPopulationNumbers(options, count);
     return chosen;
 }
 
@@ -150,6 +155,10 @@ struct Reports {
 void Note(std::ostream& notes, const PopulationResult& p) {
     const std::string who =
         "tavrelle-batch: population " + std::to_string(p.number) + " (" + p.name + ")";
+    if (!p.halfMissing.empty())
+        notes << who << ": " << p.halfMissing.size()
+              << " genotype(s) with one allele missing, left out of the analysis (the JSON "
+                 "\"check\" lists them in \"half_missing\").\n";
     const std::size_t suspects = p.SuspectCount();
     if (suspects > 0 && p.action == "proceed")
         notes << who << ": " << suspects
@@ -200,20 +209,45 @@ BatchCounts RunBatch(const BatchOptions& options, const std::filesystem::path& t
     const std::map<std::string, Int16> table = options.repeatsFile
                                                    ? ReadRepeatTable(*options.repeatsFile)
                                                    : std::map<std::string, Int16>{};
-    LoadedStore loaded(options);
-    InputDataSource& store = *loaded.store;
-
+    BatchInput input(options);
+    for (const std::string& note : input.notes)
+        notes << "tavrelle-batch: " << note << "\n";
+    std::optional<LoadedStore> loaded;
+    std::vector<std::string> loci;
+    std::string title;
+    std::vector<StudyPopulation> chosen;
     StudySettings settings;
-    settings.repeatByLocus =
-        MotifsOfLoci(store.LocusNames(), options.repeatByLocus, table, options.repeatForAll, notes);
-    std::vector<StudyPopulation> chosen = ChosenPopulations(store, options);
-    // Each population now has its own table; the store's copy of the whole file is not needed.
-    store.rsAllData = Table();
-    store.rsAlleleData = Table();
+    if (input.storeLoad) {
+        loaded.emplace(options, input);
+        InputDataSource& store = *loaded->store;
+        loci = store.LocusNames();
+        title = store.TitleLine();
+        settings.repeatByLocus =
+            MotifsOfLoci(loci, options.repeatByLocus, table, options.repeatForAll, notes);
+        chosen = ChosenPopulations(store, options);
+        // Each population now has its own table; the store's copy of the whole file is not
+        // needed.
+        store.rsAllData = Table();
+        store.rsAlleleData = Table();
+    } else {
+        const GenotypeData& data = input.read->data;
+        title = data.title;
+        settings.repeatByLocus =
+            MotifsOfLoci(data.loci, options.repeatByLocus, table, options.repeatForAll, notes);
+        int count = 0;
+        chosen = StudyPopulationsOf(data, options.populations, count);
+        CheckPopulationNumbers(options, count);
+    }
+    std::vector<const Table*> tables;
+    for (const StudyPopulation& population : chosen)
+        tables.push_back(&population.table);
+    if (AllelesLookLikeIndices(tables))
+        notes << "tavrelle-batch: " << (options.file == "-" ? "standard input" : options.file)
+              << ": " << kIndexLikeAllelesText << "\n";
 
     BatchHeader header;
     header.file = options.file == "-" ? "standard input" : options.file;
-    header.title = store.TitleLine();
+    header.title = title;
     header.clockSeed = !options.seed;
     header.seed = options.seed ? *options.seed : SeedFromClock();
     header.randomisations = options.randomisations;
@@ -227,7 +261,7 @@ BatchCounts RunBatch(const BatchOptions& options, const std::filesystem::path& t
     settings.maxAlleleSize = options.maxAlleleSize;
     settings.onSuspect = options.onSuspect;
     settings.tableFolder = tableFolder;
-    settings.isExcel = IsExcelKind(loaded.kind);
+    settings.isExcel = input.storeLoad && IsExcelKind(input.kind);
     settings.threads = options.threads;
     settings.bootstrap = options.bootstrap;
 
@@ -238,6 +272,13 @@ BatchCounts RunBatch(const BatchOptions& options, const std::filesystem::path& t
         // The engine's message leaves out what stopped the run; here an option did.
         if (population.stopReason == StopReason::SuspectValues && population.action == "stop")
             population.error->insert(population.error->size() - 1, " (--on-suspect stop)");
+        // Formats that name their populations give the name the report shows.
+        if (input.read && !input.storeLoad) {
+            const auto& named = input.read->data.populations;
+            const auto index = static_cast<std::size_t>(population.number - 1);
+            if (index < named.size() && !named[index].name.empty())
+                population.name = named[index].name;
+        }
         Note(notes, population);
         ++(population.Analysed() ? counts.analysed : counts.stopped);
         reports.Write([&](ReportStream& stream) { return stream.Population(population); });
@@ -248,38 +289,18 @@ BatchCounts RunBatch(const BatchOptions& options, const std::filesystem::path& t
 }
 
 std::string ConvertDataFile(const BatchOptions& options) {
-    LoadedStore loaded(options);
-    InputDataSource& store = *loaded.store;
-    const std::string& output = options.convertOutput;
-    const FileKind outputKind = KindOfFile(output);
-    const std::string title = std::filesystem::path(output).filename().string();
-
-    // Populations and samples as the writers will see them, after the current population is
-    // saved back.
-    store.SavePopulation();
-    int populations = 1;
-    for (std::int64_t row = 2; row < store.rsAllData.RecordCount(); ++row)
-        if (UpperCase(TrimBlanks(store.rsAllData.Cell(row, 1))) == "POP") ++populations;
-
-    LoadPrompter prompter(false);
-    SaveOutcome outcome =
-        IsExcelKind(outputKind)
-            ? SaveExcelFile(store, output, title, false, prompter).outcome
-            : SaveGenepopFile(store, output, title, false, GenepopSaveRules{false, true}, prompter);
-    if (outcome != SaveOutcome::Saved) {
-        std::string message = "Could not write " + output + ":";
-        for (const Message& m : prompter.messages)
-            message += "\n" + m.text;
-        throw std::runtime_error(OneLine(message));
-    }
-
-    const char* format = outputKind == FileKind::Xlsx  ? "Excel workbook"
-                         : outputKind == FileKind::Xls ? "Excel 97-2003 workbook"
-                                                       : "Genepop file";
-    std::string summary = "Wrote " + output + " (" + format + "): " + std::to_string(populations) +
-                          " population" + (populations == 1 ? "" : "s") + ", " +
-                          std::to_string(store.LocusNames().size()) + " loci.\n";
-    return summary;
+    ConvertTargetOf(options);  // an unknown --to is refused before anything is read
+    BatchInput input(options);
+    std::string summary;
+    for (const std::string& note : input.notes)
+        summary += "Note: " + note + "\n";
+    if (input.read) return summary + WriteConversion(input.read->data, options);
+    // Tavrelle's own workbooks load through the store, which says why it refuses one.
+    LoadedStore loaded(options, input);
+    GenotypeRead read = GenotypeDataOfStore(*loaded.store, options.file);
+    if (!read.Ok())
+        throw std::runtime_error("Could not load " + options.file + ": " + RefusalText(read));
+    return summary + WriteConversion(read.data, options);
 }
 
 }  // namespace tavrelle

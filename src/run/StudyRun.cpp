@@ -179,6 +179,8 @@ PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const Study
     Table& table = population.table;
     result.name = ShowPopulationName(table);
     result.samples = table.RecordCount() - 2;
+    result.halfMissing = HalfMissingGenotypes(table);
+    result.indexLikeAlleles = AllelesLookLikeIndices({&table});
     RecordingPrompter prompter;
     // The counts of a run are 16-bit: a larger population would overflow them.
     if (result.samples > kMostSamples) {

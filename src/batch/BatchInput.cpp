@@ -1,0 +1,93 @@
+#include "batch/BatchInput.h"
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <stdexcept>
+
+#include "base/AtomicFile.h"
+#include "base/ProgramError.h"
+#include "base/TemporaryFolder.h"
+#include "batch/DataConversion.h"
+#include "formats/GenotypeWorkbooks.h"
+#include "population/GenepopText.h"
+#include "population/GenotypeTables.h"
+#include "population/LineInput.h"
+
+namespace tavrelle {
+
+namespace {
+
+[[noreturn]] void Refuse(const GenotypeRead& read) {
+    throw std::runtime_error("Could not load " + read.file + ": " + RefusalText(read));
+}
+
+}  // namespace
+
+BatchInput::BatchInput(const BatchOptions& options) {
+    const bool standardInput = options.file == "-";
+    const std::string shown = standardInput ? "standard input" : options.file;
+    loadPath = standardInput ? "/dev/stdin" : options.file;
+    std::error_code error;
+    if (!standardInput && std::filesystem::is_directory(options.file, error))
+        throw std::runtime_error(options.file + ": a directory, not a data file");
+    std::string bytes;
+    try {
+        bytes = ReadWholeFile(loadPath);
+    } catch (const ProgramError&) {
+        // Missing and unreadable files are the store's to tell, as the desktop tells them.
+        storeLoad = true;
+        kind = KindOfFile(options.file);
+        return;
+    }
+    format = options.format ? options.format->format : DetectFormat(bytes);
+    if (format == DataFormat::Unknown && bytes.empty()) {
+        // The store says an empty file is empty.
+        storeLoad = true;
+        kind = KindOfFile(options.file);
+    } else if (format == DataFormat::Xls || format == DataFormat::Xlsx) {
+        kind = format == DataFormat::Xls ? FileKind::Xls : FileKind::Xlsx;
+        if (!standardInput) read = ReadGenalexWorkbook(options.file, format, options.sheet);
+        storeLoad = !read;
+    } else {
+        read = ReadGenotypeText(bytes, shown, options.format.value_or(FormatChoice{format, {}}));
+        storeLoad = format == DataFormat::Genepop && GenepopAlleleDigits(bytes) == 3;
+    }
+    if (read && !read->Ok()) Refuse(*read);
+    if (read)
+        for (const ReadProblem& note : read->notes)
+            notes.push_back(LocatedText(shown, note));
+    if (storeLoad && standardInput) {
+        // The store reads by name; standard input can be read only once.
+        temporary_ = (TemporaryFolder() / ("tavrelle-input-" + std::to_string(::getpid()) +
+                                           (kind == FileKind::Xlsx  ? ".xlsx"
+                                            : kind == FileKind::Xls ? ".xls"
+                                                                    : ".gen")))
+                         .string();
+        if (const int failure = WriteFileAtomically(temporary_, bytes); failure != 0)
+            throw std::runtime_error(WriteFailure(temporary_, failure));
+        loadPath = temporary_;
+    }
+}
+
+BatchInput::~BatchInput() {
+    if (!temporary_.empty()) std::filesystem::remove(temporary_);
+}
+
+std::vector<StudyPopulation> StudyPopulationsOf(const GenotypeData& data,
+                                                const std::vector<int>& numbers, int& count) {
+    count = static_cast<int>(data.populations.size());
+    std::vector<StudyPopulation> chosen;
+    auto add = [&](int number) {
+        if (number >= 1 && number <= count)
+            chosen.push_back({number, PopulationTable(data, static_cast<std::size_t>(number - 1))});
+    };
+    if (numbers.empty())
+        for (int number = 1; number <= count; ++number)
+            add(number);
+    for (int number : numbers)
+        add(number);
+    return chosen;
+}
+
+}  // namespace tavrelle
