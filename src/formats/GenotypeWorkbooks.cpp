@@ -29,40 +29,26 @@ void AddRow(WorksheetCells& cells, std::int64_t row, const std::vector<std::stri
 
 std::optional<GenotypeRead> ReadGenalexWorkbook(const std::string& file, DataFormat kind,
                                                 const std::string& sheet) {
-    GenotypeRead read;
-    read.file = file;
+    // A workbook that cannot be opened, or lacks the sheet, is the store's to refuse in the
+    // words the desktop uses.
     try {
         std::unique_ptr<ExcelWorkbook> workbook =
             kind == DataFormat::Xls ? OpenXlsWorkbook(file) : OpenXlsxWorkbook(ReadWholeFile(file));
         std::unique_ptr<ExcelSheet> opened = workbook->OpenSheet(sheet);
-        if (!opened) {
-            std::string names;
-            for (const std::string& name : workbook->SheetNames())
-                names += (names.empty() ? "'" : ", '") + name + "'";
-            read.Problem(0, "", "",
-                         "the workbook has no sheet '" + sheet + "'" +
-                             (names.empty() ? "" : "; it has " + names));
-            return read;
-        }
-        CellRows rows;
-        const std::int64_t count = std::min<std::int64_t>(opened->RecordCount(), kMaxSheetCells);
+        if (!opened || opened->RecordCount() == 0) return std::nullopt;
         const int fields = opened->FieldCount();
-        if (count * std::max(fields, 1) > kMaxSheetCells) {
-            read.Problem(0, "", "", "the sheet is larger than Tavrelle reads");
-            return read;
-        }
-        for (std::int64_t row = 0; row < count; ++row) {
+        if (opened->RecordCount() * std::max(fields, 1) > kMaxSheetCells) return std::nullopt;
+        CellRows rows;
+        for (std::int64_t row = 0; row < opened->RecordCount(); ++row) {
             CellRow cells{static_cast<std::size_t>(row) + 1, {}};
             for (int field = 0; field < fields; ++field)
                 cells.cells.push_back(opened->Field(row, field).value_or(""));
             rows.push_back(std::move(cells));
             if (row == 0 && !IsGenalexCountRow(rows.front())) return std::nullopt;
         }
-        if (rows.empty()) return std::nullopt;
         return ReadGenalexRows(rows, file);
-    } catch (const std::exception& error) {
-        read.Problem(0, "", "", std::string("the workbook cannot be read: ") + error.what());
-        return read;
+    } catch (const std::exception&) {
+        return std::nullopt;
     }
 }
 

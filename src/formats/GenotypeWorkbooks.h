@@ -9,8 +9,8 @@
 namespace tavrelle {
 
 // The sheet of a workbook (Xls or Xlsx) read as GenAlEx's layout when its first row is
-// GenAlEx's count row; nullopt when it is not (Tavrelle's own layout, read by the store). A
-// workbook that cannot be opened, or has no such sheet, is a problem naming the file.
+// GenAlEx's count row; nullopt when it is not (Tavrelle's own layout, read by the store), and
+// for a workbook that cannot be opened or has no such sheet, which the store refuses.
 std::optional<GenotypeRead> ReadGenalexWorkbook(const std::string& file, DataFormat kind,
                                                 const std::string& sheet);
 

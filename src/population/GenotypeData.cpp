@@ -4,8 +4,9 @@
 
 namespace tavrelle {
 
-std::string PopulationLabel(const GenotypeData& data, std::size_t index) {
-    const GenotypePopulation& population = data.populations.at(index);
+namespace {
+
+std::string OwnLabel(const GenotypePopulation& population, std::size_t index) {
     if (!population.name.empty()) return population.name;
     if (!population.samples.empty()) {
         std::string_view name = TrimBlanks(population.samples.front().name);
@@ -13,6 +14,18 @@ std::string PopulationLabel(const GenotypeData& data, std::size_t index) {
         if (!word.empty()) return std::string(word);
     }
     return "Pop" + std::to_string(index + 1);
+}
+
+}  // namespace
+
+std::string PopulationLabel(const GenotypeData& data, std::size_t index) {
+    const std::string label = OwnLabel(data.populations.at(index), index);
+    if (!data.populations[index].name.empty()) return label;
+    // A made-up label must not merge two populations in a format that groups by name.
+    for (std::size_t other = 0; other < data.populations.size(); ++other)
+        if (other != index && OwnLabel(data.populations[other], other) == label)
+            return label + "_" + std::to_string(index + 1);
+    return label;
 }
 
 }  // namespace tavrelle

@@ -44,7 +44,8 @@ struct GenotypeData {
 };
 
 // The name a population goes by where a format needs one: its own, else the first word of its
-// first sample's name (as the grid's caption), else "Pop" and its number from 1.
+// first sample's name (as the grid's caption), else "Pop" and its number from 1; a made-up name
+// that another population's would equal gets "_" and the population's number from 1.
 std::string PopulationLabel(const GenotypeData& data, std::size_t index);
 
 }  // namespace tavrelle

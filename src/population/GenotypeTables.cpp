@@ -37,25 +37,25 @@ Table PopulationTable(const GenotypeData& data, std::size_t population) {
     return table;
 }
 
-GenotypeRead GenotypeDataOfStore(InputDataSource& store, const std::string& file) {
-    GenotypeRead read;
-    read.file = file;
-    store.SavePopulation();
-    const Table& all = store.rsAllData;
-    read.data.title = store.TitleLine();
-    read.data.loci = store.LocusNames();
+namespace {
+
+// The sample rows of a table in the store's layout (from row 2, "Pop" rows parting populations)
+// appended to the read's data.
+void ReadRows(const Table& table, GenotypeRead& read) {
     const std::size_t loci = read.data.loci.size();
     read.data.populations.emplace_back();
-    for (std::int64_t row = 2; row < all.RecordCount(); ++row) {
-        if (UpperCase(TrimBlanks(all.Cell(row, 1))) == "POP") {
+    for (std::int64_t row = 2; row < table.RecordCount(); ++row) {
+        if (UpperCase(TrimBlanks(table.Cell(row, 1))) == "POP") {
             read.data.populations.emplace_back();
             continue;
         }
-        GenotypeSample sample{std::string(TrimBlanks(all.Cell(row, 1))), {}};
+        GenotypeSample sample{std::string(TrimBlanks(table.Cell(row, 1))), {}};
         for (std::size_t locus = 0; locus < loci; ++locus) {
             AllelePair pair;
             for (int copy = 0; copy < 2; ++copy) {
-                const std::string cell = all.Cell(row, 2 + 2 * static_cast<int>(locus) + copy);
+                const int column = 2 + 2 * static_cast<int>(locus) + copy;
+                const std::string cell =
+                    column < table.ColumnCount() ? table.Cell(row, column) : "";
                 const std::string_view trimmed = TrimBlanks(cell);
                 std::optional<int> allele =
                     trimmed.empty() ? 0 : DigitsValue(trimmed, kLargestAllele);
@@ -69,6 +69,25 @@ GenotypeRead GenotypeDataOfStore(InputDataSource& store, const std::string& file
         }
         read.data.populations.back().samples.push_back(std::move(sample));
     }
+}
+
+}  // namespace
+
+GenotypeRead GenotypeDataOfStore(InputDataSource& store, const std::string& file) {
+    GenotypeRead read;
+    read.file = file;
+    store.SavePopulation();
+    read.data.title = store.TitleLine();
+    read.data.loci = store.LocusNames();
+    ReadRows(store.rsAllData, read);
+    return read;
+}
+
+GenotypeRead GenotypeDataOfGrid(const InputDataSource& store, const std::string& file) {
+    GenotypeRead read;
+    read.file = file;
+    read.data.loci = store.LocusNames();
+    ReadRows(store.rsAlleleData, read);
     return read;
 }
 

@@ -21,4 +21,7 @@ Table PopulationTable(const GenotypeData& data, std::size_t population);
 // that nothing is lost or changed on the way.
 GenotypeRead GenotypeDataOfStore(InputDataSource& store, const std::string& file);
 
+// The population typed into a new grid (the store's current population), as data.
+GenotypeRead GenotypeDataOfGrid(const InputDataSource& store, const std::string& file);
+
 }  // namespace tavrelle

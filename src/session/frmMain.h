@@ -84,6 +84,8 @@ private:
     void mnuNew_Click();
     void mnuFileOpen_Click();
     void mnuSaveAs_Click();
+    // Save Data As: every format Tavrelle writes, told by the name's ending; keeps every sample.
+    void mnuSaveDataAs_Click();
     void mnuFileExit_Click();
     void CloseGridButton_Click();
     void mnuCut_Click();

@@ -14,7 +14,9 @@
 #include <QStandardPaths>
 #include <QToolButton>
 
+#include "formats/DataFileReading.h"
 #include "population/GenepopWriter.h"
+#include "population/GenotypeDataLoader.h"
 #include "session/GridView.h"
 #include "session/frmMain.h"
 #include "widgets/Twips.h"
@@ -85,6 +87,15 @@ void frmMain::ResetDisplay() {
     request.fileLocation = fileLocation;
     request.isExcel = isExcel;
     request.excelSheetName = session_.gExcelSheetName;
+    // A file of another format is read again by its reader, as File > Open read it.
+    std::optional<GenotypeRead> other = ReadNewFormatFile(
+        fileLocation, session_.gExcelSheetName.empty() ? "Sheet1" : session_.gExcelSheetName);
+    std::unique_ptr<ExcelSheetReader> loader;
+    if (other && other->Ok()) {
+        loader = std::make_unique<GenotypeDataLoader>(other->data);
+        request.isExcel = true;
+        request.excelReader = loader.get();
+    }
     session_.gInputData = std::make_unique<InputDataSource>(request, interaction_);
     if (session_.gInputData->LocusNames().front().empty()) return;
     BindGrid();

@@ -382,6 +382,8 @@ void frmStudyOverview::ShowNotes() {
                      (row.stopLocus.empty() ? "" : " (at locus " + row.stopLocus + ")") + "\n";
         const std::string suspects = SuspectSummary(row);
         if (!suspects.empty()) notes += row.name + ": " + suspects + "\n";
+        const std::string coding = AlleleCodingSummary(row);
+        if (!coding.empty()) notes += row.name + ": " + coding + "\n";
     }
     const int done = static_cast<int>(results_.size());
     if (!Running() && cancelled_)
