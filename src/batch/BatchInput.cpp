@@ -57,6 +57,10 @@ BatchInput::BatchInput(const BatchOptions& options) {
     if (read)
         for (const ReadProblem& note : read->notes)
             notes.push_back(LocatedText(shown, note));
+    if (format == DataFormat::Genepop && GenepopAlleleDigits(bytes) == 2)
+        notes.push_back(shown +
+                        ": two digits per allele, read as the numbers they are; the stutter and "
+                        "large allele drop-out tests need allele sizes in base pairs.");
     if (storeLoad && standardInput) {
         // The store reads by name; standard input can be read only once.
         temporary_ = (TemporaryFolder() / ("tavrelle-input-" + std::to_string(::getpid()) +

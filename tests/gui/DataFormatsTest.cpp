@@ -3,6 +3,7 @@
 #include "tests/gui/ScreenFixture.h"
 
 #include "population/GenepopText.h"
+#include "population/LineInput.h"
 
 namespace tavrelle {
 namespace {
@@ -25,9 +26,7 @@ TEST_F(ScreenTest, OtherFormatsOpenAndSaveInEveryFormat) {
     user.saveNames.push_back(saved);
     Action("mnuSaveDataAs")->trigger();
     EXPECT_NE(user.dialogs.back().filter.find("Genepop (gen)|*.gen"), std::string::npos);
-    std::ifstream in(saved, std::ios::binary);
-    const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    GenotypeRead back = ReadGenepopText(text, saved);
+    GenotypeRead back = ReadGenepopText(ReadWholeFile(saved), saved);
     ASSERT_TRUE(back.Ok()) << back.ProblemText();
     ASSERT_EQ(back.data.populations.size(), 2u);  // every sample kept, none behind a "Pop"
     EXPECT_EQ(back.data.populations[1].samples.size(), 3u);
