@@ -24,7 +24,7 @@ namespace {
 
 }  // namespace
 
-BatchInput::BatchInput(const BatchOptions& options) {
+BatchInput::BatchInput(const BatchOptions& options, bool keepStoreData) {
     const bool standardInput = options.file == "-";
     const std::string shown = standardInput ? "standard input" : options.file;
     loadPath = standardInput ? "/dev/stdin" : options.file;
@@ -61,6 +61,7 @@ BatchInput::BatchInput(const BatchOptions& options) {
         notes.push_back(shown +
                         ": two digits per allele, read as the numbers they are; the stutter and "
                         "large allele drop-out tests need allele sizes in base pairs.");
+    if (storeLoad && !keepStoreData) read.reset();
     if (storeLoad && standardInput) {
         // The store reads by name; standard input can be read only once.
         temporary_ = (TemporaryFolder() / ("tavrelle-input-" + std::to_string(::getpid()) +

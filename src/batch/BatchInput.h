@@ -18,7 +18,9 @@ namespace tavrelle {
 // A file a reader refuses throws std::runtime_error with its located problems.
 class BatchInput {
 public:
-    explicit BatchInput(const BatchOptions& options);
+    // `keepStoreData`: keep the data of a file the store loads too (convert writes them); an
+    // analysis drops them at once, so that a large file is not held twice.
+    BatchInput(const BatchOptions& options, bool keepStoreData);
     ~BatchInput();
     BatchInput(const BatchInput&) = delete;
     BatchInput& operator=(const BatchInput&) = delete;
@@ -28,7 +30,8 @@ public:
     bool storeLoad = false;
     std::string loadPath;
     FileKind kind = FileKind::Genepop;
-    // The data, from every reader but the store's (a three-digit Genepop file has both).
+    // The data, from every reader but the store's (a three-digit Genepop file has both when
+    // asked to keep them).
     std::optional<GenotypeRead> read;
     // What the reader read as it stands but the user should know, one located line each.
     std::vector<std::string> notes;

@@ -209,13 +209,14 @@ BatchCounts RunBatch(const BatchOptions& options, const std::filesystem::path& t
     const std::map<std::string, Int16> table = options.repeatsFile
                                                    ? ReadRepeatTable(*options.repeatsFile)
                                                    : std::map<std::string, Int16>{};
-    BatchInput input(options);
+    BatchInput input(options, false);
     for (const std::string& note : input.notes)
         notes << "tavrelle-batch: " << note << "\n";
     std::optional<LoadedStore> loaded;
     std::vector<std::string> loci;
     std::string title;
     std::vector<StudyPopulation> chosen;
+    std::vector<std::string> populationNames;  // as formats that name populations give them
     StudySettings settings;
     if (input.storeLoad) {
         loaded.emplace(options, input);
@@ -237,6 +238,10 @@ BatchCounts RunBatch(const BatchOptions& options, const std::filesystem::path& t
         int count = 0;
         chosen = StudyPopulationsOf(data, options.populations, count);
         CheckPopulationNumbers(options, count);
+        for (const GenotypePopulation& population : data.populations)
+            populationNames.push_back(population.name);
+        // Each population now has its own table.
+        input.read.reset();
     }
     std::vector<const Table*> tables;
     for (const StudyPopulation& population : chosen)
@@ -273,12 +278,9 @@ BatchCounts RunBatch(const BatchOptions& options, const std::filesystem::path& t
         if (population.stopReason == StopReason::SuspectValues && population.action == "stop")
             population.error->insert(population.error->size() - 1, " (--on-suspect stop)");
         // Formats that name their populations give the name the report shows.
-        if (input.read && !input.storeLoad) {
-            const auto& named = input.read->data.populations;
-            const auto index = static_cast<std::size_t>(population.number - 1);
-            if (index < named.size() && !named[index].name.empty())
-                population.name = named[index].name;
-        }
+        const auto index = static_cast<std::size_t>(population.number - 1);
+        if (index < populationNames.size() && !populationNames[index].empty())
+            population.name = populationNames[index];
         Note(notes, population);
         ++(population.Analysed() ? counts.analysed : counts.stopped);
         reports.Write([&](ReportStream& stream) { return stream.Population(population); });
@@ -290,7 +292,7 @@ BatchCounts RunBatch(const BatchOptions& options, const std::filesystem::path& t
 
 std::string ConvertDataFile(const BatchOptions& options) {
     ConvertTargetOf(options);  // an unknown --to is refused before anything is read
-    BatchInput input(options);
+    BatchInput input(options, true);
     std::string summary;
     for (const std::string& note : input.notes)
         summary += "Note: " + note + "\n";
