@@ -19,6 +19,9 @@ namespace tavrelle {
 namespace {
 
 [[noreturn]] void Refuse(const GenotypeRead& read) {
+    // One problem is one located line; several are counted first.
+    if (read.problemCount == 1)
+        throw std::runtime_error("Could not load " + LocatedText(read.file, read.problems[0]));
     throw std::runtime_error("Could not load " + read.file + ": " + RefusalText(read));
 }
 
