@@ -13,6 +13,7 @@
 #include "population/GenepopText.h"
 #include "population/GenotypeTables.h"
 #include "population/LineInput.h"
+#include "population/TextRecords.h"
 
 namespace tavrelle {
 
@@ -23,6 +24,29 @@ namespace {
     if (read.problemCount == 1)
         throw std::runtime_error("Could not load " + LocatedText(read.file, read.problems[0]));
     throw std::runtime_error("Could not load " + read.file + ": " + RefusalText(read));
+}
+
+// Whether the store's own Genepop load takes a three-digit file the reader has taken: it refuses
+// a blank line among the samples and a tab between genotypes, which the reader reads (and says
+// where, had anything been wrong).
+bool StoreTakesGenepop(std::string_view bytes) {
+    bool body = false;
+    for (const NumberedLine& line : SplitLines(bytes)) {
+        if (IsGenepopPopLine(line.text)) {
+            body = true;
+            continue;
+        }
+        if (!body) continue;
+        const std::size_t comma = line.text.find(',');
+        if (comma == std::string_view::npos) return false;
+        std::string_view genotypes = line.text.substr(comma + 1);
+        const std::size_t start = genotypes.find_first_not_of(" \t");
+        const std::size_t end = genotypes.find_last_not_of(" \t");
+        if (start != std::string_view::npos &&
+            genotypes.substr(start, end - start + 1).find('\t') != std::string_view::npos)
+            return false;
+    }
+    return true;
 }
 
 }  // namespace
@@ -54,7 +78,8 @@ BatchInput::BatchInput(const BatchOptions& options, bool keepStoreData) {
         storeLoad = !read;
     } else {
         read = ReadGenotypeText(bytes, shown, options.format.value_or(FormatChoice{format, {}}));
-        storeLoad = format == DataFormat::Genepop && GenepopAlleleDigits(bytes) == 3;
+        storeLoad = format == DataFormat::Genepop && GenepopAlleleDigits(bytes) == 3 &&
+                    StoreTakesGenepop(bytes);
     }
     if (read && !read->Ok()) Refuse(*read);
     if (read)

@@ -14,7 +14,8 @@ namespace tavrelle {
 
 // The input file as the batch program reads it: its format told from its bytes (or --format),
 // and either the data a reader made of it or the way to the store's own load, which keeps the
-// three-digit Genepop files and Tavrelle's workbooks reading exactly as the desktop reads them.
+// three-digit Genepop files and Tavrelle's workbooks reading exactly as the desktop reads them
+// (but for the Genepop files it would refuse for blank lines or tabs, which the reader reads).
 // A file a reader refuses throws std::runtime_error with its located problems.
 class BatchInput {
 public:

@@ -119,6 +119,33 @@ TEST(ReadersBatch, TheFormatComesFromTheBytesOrFromFormat) {
     EXPECT_EQ(std::get<double>(populations[0]["samples"].value), 8.0);
 }
 
+// Blank lines and tabs between genotypes, which the store's own load refuses, are read.
+TEST(ReadersBatch, GenepopWithBlankLinesAndTabsIsReadAsTheCleanFile) {
+    TempFolder folder;
+    const std::string clean = testing::SimulatedGenepop({30}, 9);
+    std::string loose = clean;
+    const std::size_t pop = loose.find("\nPop\n");
+    ASSERT_NE(pop, std::string::npos);
+    // A tab between the last two genotypes of the first sample, a blank line after "Pop", and
+    // one at the end.
+    const std::size_t lineEnd = loose.find('\n', pop + 5);
+    const std::size_t blank = loose.rfind(' ', lineEnd);
+    ASSERT_GT(blank, loose.find(',', pop));
+    loose[blank] = '\t';
+    loose.insert(pop + 5, "\n");
+    loose += "\n";
+    const std::string options = " --repeat 2 --seed 3 --bootstrap 0 --json - 2>/dev/null";
+    CommandResult a = Batch(Quoted(folder.Write("clean.gen", clean)) + options);
+    CommandResult b = Batch(Quoted(folder.Write("loose.gen", loose)) + options);
+    ASSERT_EQ(a.exitCode, 0) << a.output;
+    ASSERT_EQ(b.exitCode, 0) << b.output;
+    const testing::Json first = testing::Json::Parse(a.output);
+    const testing::Json second = testing::Json::Parse(b.output);
+    EXPECT_EQ(
+        testing::FirstDifference(first["populations"][0]["loci"], second["populations"][0]["loci"]),
+        "");
+}
+
 TEST(ReadersBatch, HalfMissingGenotypesAndIndexLikeAllelesAreTold) {
     TempFolder folder;
     std::string text = "Two digits\nA\nB\nPop\n";
