@@ -134,6 +134,12 @@ const std::vector<OptionRow>& OptionTable() {
              o.sheet = v;
          }},
         {"--accept-numeric-names", false, false, [](S, O& o) { o.acceptNumericNames = true; }},
+        {"--format", true, false,
+         [](S v, O& o) {
+             o.format = ParseFormatName(v);
+             if (!o.format) Refuse("--format: choose " + FormatNames() + " (got '" + v + "').");
+         }},
+        {"--to", true, false, [](S v, O& o) { o.convertTo = v; }},
         {"--population", true, true, [](S v, O& o) { AddPopulations(v, o.populations); }},
         {"--seed", true, true, [](S v, O& o) { SetSeed(v, o.settings); }},
         {"--randomisations", true, true,
@@ -213,6 +219,7 @@ BatchOptions ParseBatchOptions(const std::vector<std::string>& arguments) {
     if (options.convert && options.convertOutput.empty())
         Refuse("convert needs two files, IN and OUT. See --help.");
     if (options.file.empty()) Refuse("Name a Genepop or Excel data file. See --help.");
+    if (options.convertTo && !options.convert) Refuse("--to is used by convert only. See --help.");
     CheckStandardOutput(options);
     return options;
 }

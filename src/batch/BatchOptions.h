@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/Int16.h"
+#include "population/DataFormat.h"
 #include "run/RunSettings.h"
 
 namespace tavrelle {
@@ -21,6 +22,10 @@ struct BatchOptions {
     // "convert IN OUT": file is IN, convertOutput is OUT, and no analysis runs.
     bool convert = false;
     std::string convertOutput;
+    // --format: the input's format when its bytes should not decide (a STRUCTURE form above all).
+    std::optional<FormatChoice> format;
+    // --to: convert's output format by name (ConvertTarget); else the output name's ending.
+    std::optional<std::string> convertTo;
     std::vector<int> populations;  // 1-based; empty: all
     // The run's settings as the options give them: seed (the clock's without --seed),
     // randomisations, interval, --repeat N for every locus, maximum allele size (a whole number,

@@ -5,12 +5,15 @@
 #include "analysis/ClockSeed.h"
 #include "analysis/StatisticalTables.h"
 #include "base/Numbers.h"
+#include "batch/BatchInput.h"
+#include "batch/DataConversion.h"
 #include "batch/ReportOutput.h"
-#include "formats/ExcelWorkbookWriter.h"
+#include "checking/AlleleCoding.h"
 #include "formats/SheetReaders.h"
 #include "population/ExcelTexts.h"
 #include "population/FileKind.h"
-#include "population/GenepopWriter.h"
+#include "population/GenotypeCells.h"
+#include "population/GenotypeTables.h"
 #include "population/InputDataSource.h"
 #include "report/ReportSink.h"
 #include "run/LocusMotifs.h"
@@ -81,11 +84,15 @@ std::string LoadFailure(const std::string& file, const DataFileError& error,
 // ending, a workbook from the sheet named. A file that does not load throws std::runtime_error
 // with the message to print.
 struct LoadedStore {
-    explicit LoadedStore(const BatchOptions& options)
-        : kind(KindOfFile(options.file)), prompter(options.acceptNumericNames) {
-        // "-" is standard input, read once as a Genepop file.
-        OpenedDataFile opened = OpenDataFile(options.file == "-" ? "/dev/stdin" : options.file,
-                                             kind, options.sheet, prompter);
+    // `input` says how: the store's own load for three-digit Genepop and Tavrelle's workbooks,
+    // or the data another format's reader has read.
+    LoadedStore(const BatchOptions& options, BatchInput& input)
+        : kind(input.kind), prompter(options.acceptNumericNames) {
+        if (!input.storeLoad) {
+            store = std::make_unique<InputDataSource>(GenotypeCells(input.read->data), prompter);
+            return;
+        }
+        OpenedDataFile opened = OpenDataFile(input.loadPath, kind, options.sheet, prompter);
         if (opened.error)
             throw std::runtime_error(LoadFailure(options.file, *opened.error, prompter.messages));
         store = std::move(opened.store);
@@ -132,6 +139,10 @@ struct Reports : StudySink {
 void Note(std::ostream& notes, const PopulationResult& p) {
     const std::string who =
         "tavrelle-batch: population " + std::to_string(p.number) + " (" + p.name + ")";
+    if (!p.halfMissing.empty())
+        notes << who << ": " << p.halfMissing.size()
+              << " genotype(s) with one allele missing, left out of the analysis (the JSON "
+                 "\"check\" lists them in \"half_missing\").\n";
     const std::size_t suspects = p.SuspectCount();
     if (suspects > 0 && p.action == "proceed")
         notes << who << ": " << suspects
@@ -186,14 +197,23 @@ BatchCounts RunBatch(const BatchOptions& options, const std::filesystem::path& t
     RequireTables(tableFolder);
     const RepeatTable table =
         options.repeatsFile ? ReadRepeatTable(*options.repeatsFile) : RepeatTable{};
-    LoadedStore loaded(options);
-
+    BatchInput input(options, false);
+    for (const std::string& note : input.notes)
+        notes << "tavrelle-batch: " << note << "\n";
     StudyJob job;
     job.file = options.file == "-" ? "standard input" : options.file;
+    if (!input.storeLoad) {
+        // Formats that name their populations give the names the reports show.
+        for (const GenotypePopulation& population : input.read->data.populations)
+            job.populationNames.push_back(population.name);
+    }
+    LoadedStore loaded(options, input);
+    input.read.reset();  // the store holds the data now
+
     job.settings = options.settings;
     if (job.settings.clockSeed) job.settings.seed = SeedFromClock();
     job.settings.tableFolder = tableFolder;
-    job.settings.isExcel = IsExcelKind(loaded.kind);
+    job.settings.isExcel = input.storeLoad && IsExcelKind(loaded.kind);
     job.populations = options.populations;
     job.repeatByName = options.repeatByLocus;
     job.repeatTable = table;
@@ -203,38 +223,18 @@ BatchCounts RunBatch(const BatchOptions& options, const std::filesystem::path& t
 }
 
 std::string ConvertDataFile(const BatchOptions& options) {
-    LoadedStore loaded(options);
-    InputDataSource& store = *loaded.store;
-    const std::string& output = options.convertOutput;
-    const FileKind outputKind = KindOfFile(output);
-    const std::string title = std::filesystem::path(output).filename().string();
-
-    // Populations and samples as the writers will see them, after the current population is
-    // saved back.
-    store.SavePopulation();
-    int populations = 1;
-    for (std::int64_t row = 2; row < store.rsAllData.RecordCount(); ++row)
-        if (UpperCase(TrimBlanks(store.rsAllData.Cell(row, 1))) == "POP") ++populations;
-
-    LoadPrompter prompter(false);
-    SaveOutcome outcome =
-        IsExcelKind(outputKind)
-            ? SaveExcelFile(store, output, title, false, prompter).outcome
-            : SaveGenepopFile(store, output, title, false, GenepopSaveRules{false, true}, prompter);
-    if (outcome != SaveOutcome::Saved) {
-        std::string message = "Could not write " + output + ":";
-        for (const Message& m : prompter.messages)
-            message += "\n" + m.text;
-        throw std::runtime_error(OneLine(message));
-    }
-
-    const char* format = outputKind == FileKind::Xlsx  ? "Excel workbook"
-                         : outputKind == FileKind::Xls ? "Excel 97-2003 workbook"
-                                                       : "Genepop file";
-    std::string summary = "Wrote " + output + " (" + format + "): " + std::to_string(populations) +
-                          " population" + (populations == 1 ? "" : "s") + ", " +
-                          std::to_string(store.LocusNames().size()) + " loci.\n";
-    return summary;
+    ConvertTargetOf(options);  // an unknown --to is refused before anything is read
+    BatchInput input(options, true);
+    std::string summary;
+    for (const std::string& note : input.notes)
+        summary += "Note: " + note + "\n";
+    if (input.read) return summary + WriteConversion(input.read->data, options);
+    // Tavrelle's own workbooks load through the store, which says why it refuses one.
+    LoadedStore loaded(options, input);
+    GenotypeRead read = GenotypeDataOfStore(*loaded.store, options.file);
+    if (!read.Ok())
+        throw std::runtime_error("Could not load " + options.file + ": " + RefusalText(read));
+    return summary + WriteConversion(read.data, options);
 }
 
 }  // namespace tavrelle

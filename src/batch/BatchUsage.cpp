@@ -4,18 +4,31 @@ namespace tavrelle {
 
 std::string BatchUsage() {
     return R"(Usage: tavrelle-batch FILE [options]
-       tavrelle-batch convert IN OUT [--sheet NAME] [--accept-numeric-names]
+       tavrelle-batch convert IN OUT [--to F] [--format F] [--sheet NAME]
+                              [--accept-numeric-names]
 
 Analyses every population of a data file (or the ones chosen) for null alleles, stutter and
 large allele drop-out, as the desktop program does, and reports the results as text on standard
-output, and optionally as JSON and CSV. FILE "-" reads a Genepop file from standard input.
+output, and optionally as JSON and CSV. FILE "-" reads the data from standard input.
 
-The format is told by the file name's ending alone, as in the desktop program: ".xlsx" (any
-case) is an Excel workbook, a name ending in "xls" (any case) an Excel 97-2003 workbook, and
-any other name a Genepop file. A workbook sheet holds a title row, a row of locus names (one
-name per two columns, from column B), then one sample per row: the name in column A and the two
-alleles of each locus; "*" or an empty cell is a missing allele, and a row with "pop" in column A
-starts the next population. A Genepop file may be up to 1 GiB.
+The format is told from the file's content, never its name (--format names it):
+  Genepop      title line, locus names, "Pop", then "name , genotypes" with two or three digits
+               per allele (0311 or 003011; one width per file), 0 for a missing allele
+  GenAlEx      a count row (loci, samples, populations, population sizes), a title row, a
+               header row (sample, population, each locus name over its two columns), then one
+               sample a row; 0 or empty is missing. As .csv or in a workbook (.xlsx, .xls)
+  STRUCTURE    an optional line of locus names, then per individual two rows (one allele of
+               each locus per row) or one row (two columns per locus), the label first and an
+               optional population number next; -9 is missing
+  tidy CSV     sample,population,locus,allele1,allele2 (one row per sample and locus) or
+               sample,population,L1_a,L1_b,... (one row per sample); empty, 0 or NA is missing
+  workbook     Tavrelle's layout: a title row, a row of locus names (one name per two columns,
+               from column B), then one sample per row, the name in column A; "*" or an empty
+               cell is missing, a row with "pop" in column A starts the next population
+A Genepop file may be up to 1 GiB. Alleles are read as the numbers they are: the stutter and
+large allele drop-out tests need allele sizes in base pairs, and a file whose alleles look like
+allele numbers (all below 100 and consecutive) is warned about. A file with malformed values is
+refused, each problem named by file, line, sample and locus; nothing is guessed.
 
 Options:
   --repeat N               Repeat motif length in bases (1 to 6) for every locus.
@@ -55,6 +68,14 @@ Options:
                            process may run on. The results do not depend on it.
   --sheet NAME             The workbook's sheet that holds the data. Default Sheet1. Names are
                            compared without regard to case. Example: --sheet "Field data"
+  --format F               The input's format, when its content should not decide: genepop,
+                           genalex, structure, tidy, xls, xlsx, or a STRUCTURE form the file
+                           cannot tell: structure-1row, structure-1row-pop, structure-2row,
+                           structure-2row-pop (-pop: a population column follows the label).
+  --to F                   convert only: the output's format: genepop, xlsx, xls (Tavrelle's
+                           workbook layout), genalex (CSV), genalex-xlsx, genalex-xls, tidy,
+                           structure. Default: told by OUT's ending (.xlsx, .xls, .csv GenAlEx,
+                           .tidy.csv, .str STRUCTURE, anything else Genepop).
   --accept-numeric-names   Load a sheet whose locus names are all numbers as it stands. Without
                            it such a sheet is refused, since it usually lacks its row of locus
                            names and its first sample would be taken for them.
@@ -79,10 +100,12 @@ Each population is its own run with a fresh generator seeded with the seed, so a
 result does not depend on the others or on --population. The JSON report's "title" is '' for a
 workbook, which has no title line.
 
-convert IN OUT reads IN and writes every population, every sample and every allele to OUT, each
-in the format its name tells: a workbook gets one sheet, Sheet1, in the layout above; a Genepop
-file gets the title line 'Title line:  "OUT"' (the file's name) and three-digit alleles (98 is
-written 098). A workbook does not keep a Genepop title.
+convert IN OUT reads IN in any format above and writes every population, every sample and
+every allele to OUT, in the format --to or OUT's ending names: Genepop with three-digit alleles
+(98 is written 098; a file without a title gets 'Title line:  "OUT"'), a workbook of one sheet,
+Sheet1, in Tavrelle's layout or GenAlEx's, GenAlEx or tidy CSV, or two-row STRUCTURE with a
+population column. What OUT's format cannot hold is refused, never dropped: a workbook keeps no
+title, Genepop no population names and no allele over 999, STRUCTURE no name with blanks.
 
 Examples:
   tavrelle-batch DemoFiles/DemoNullAlleles.gen --repeat 2 --seed 12345 --json report.json
@@ -91,6 +114,8 @@ Examples:
   gunzip -c big.gen.gz | tavrelle-batch - --repeat 2 --csv - > loci.csv
   tavrelle-batch convert DemoFiles/DemoNullAlleles.gen DemoNullAlleles.xls
   tavrelle-batch convert field.xlsx field.gen --sheet Sheet2
+  tavrelle-batch convert lab.csv lab.xlsx --to genalex-xlsx
+  tavrelle-batch run1.str --format structure-2row-pop --repeat 2
 )";
 }
 

@@ -11,14 +11,11 @@ namespace tavrelle {
 
 namespace {
 
-// Two columns a locus and two before them, in 16 bits.
-constexpr Int16 kMostLoci = (32767 - 2) / 2;
-
 void StoreLocusName(std::vector<std::string>& names, Int16 index, std::string_view name) {
     // The table could not hold the columns: the Overflow it would meet, told at once and named.
-    if (index >= kMostLoci)
+    if (index >= Table::kMostLoci)
         throw ProgramError::Overflow().WithDetail("the file names more than " +
-                                                  std::to_string(kMostLoci) +
+                                                  std::to_string(Table::kMostLoci) +
                                                   " loci, the most a population table holds");
     auto at = static_cast<std::size_t>(index);
     if (names.size() <= at) names.resize(at + 1);

@@ -18,6 +18,8 @@ class Table {
 public:
     using Bookmark = std::int64_t;
     static constexpr std::size_t kMaxCellLength = CellStore::kMaxTextLength;
+    // Two columns a locus and two before them, in 16 bits.
+    static constexpr int kMostLoci = (32767 - 2) / 2;
 
     void AppendColumn(std::string name);
     int ColumnCount() const { return static_cast<int>(columnNames_.size()); }

@@ -206,6 +206,21 @@ void WritePopulation(JsonWriter& json, const PopulationResult& population) {
     WriteSuspects(json, "non_integer", population.nonInteger);
     WriteSuspects(json, "unexpected", population.unexpected);
     WriteSuspects(json, "inconsistent", population.inconsistent);
+    json.Key("half_missing");
+    json.BeginArray();
+    for (const HalfMissingGenotype& genotype : population.halfMissing) {
+        json.BeginObject();
+        json.Key("sample");
+        json.String(genotype.sample);
+        json.Key("locus");
+        json.String(genotype.locus);
+        json.Key("allele");
+        json.String(genotype.allele);
+        json.EndObject();
+    }
+    json.EndArray();
+    json.Key("index_like_alleles");
+    json.Bool(population.indexLikeAlleles);
     json.Key("action");
     json.String(population.action);
     json.EndObject();

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/Prompter.h"
+#include "checking/AlleleCoding.h"
 #include "nulls/LikelihoodEstimates.h"
 #include "population/Table.h"
 #include "run/AlleleAnalysis.h"
@@ -48,8 +49,10 @@ struct PopulationResult {
     std::vector<SuspectEntry> nonInteger;
     std::vector<SuspectEntry> unexpected;
     std::vector<SuspectEntry> inconsistent;
-    std::string action = "none";    // none, omit, proceed or stop
-    std::vector<Message> messages;  // every box the desktop program would have shown
+    std::vector<HalfMissingGenotype> halfMissing;  // one allele scored, the other missing
+    bool indexLikeAlleles = false;                 // AllelesLookLikeIndices of this population
+    std::string action = "none";                   // none, omit, proceed or stop
+    std::vector<Message> messages;                 // every box the desktop program would have shown
     std::optional<std::string> error;
     StopReason stopReason = StopReason::None;       // set with `error`
     std::string errorLocus;                         // the locus the run had in hand when it failed

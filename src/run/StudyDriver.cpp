@@ -1,5 +1,6 @@
 #include "run/StudyDriver.h"
 
+#include "checking/AlleleCoding.h"
 #include "population/InputDataSource.h"
 #include "run/LocusMotifs.h"
 #include "run/StudyRun.h"
@@ -31,6 +32,11 @@ StudyCounts RunStudyJob(InputDataSource& store, const StudyJob& job, StudySink& 
     header.settings.repeatByLocus = MotifsOfLoci(store.LocusNames(), job.repeatByName,
                                                  job.repeatTable, job.settings.repeatForAll, notes);
     std::vector<StudyPopulation> chosen = ChosenPopulations(store, job);
+    std::vector<const Table*> tables;
+    for (const StudyPopulation& population : chosen)
+        tables.push_back(&population.table);
+    if (AllelesLookLikeIndices(tables))
+        notes << "tavrelle-batch: " << job.file << ": " << kIndexLikeAllelesText << "\n";
     // Each population now has its own table; the store's copy of the whole file is not needed.
     store.rsAllData = Table();
     store.rsAlleleData = Table();
@@ -41,6 +47,9 @@ StudyCounts RunStudyJob(InputDataSource& store, const StudyJob& job, StudySink& 
         // The engine's message leaves out what stopped the run; here a setting did.
         if (population.stopReason == StopReason::SuspectValues && population.action == "stop")
             population.error->insert(population.error->size() - 1, " (--on-suspect stop)");
+        const auto index = static_cast<std::size_t>(population.number - 1);
+        if (index < job.populationNames.size() && !job.populationNames[index].empty())
+            population.name = job.populationNames[index];
         ++(population.Analysed() ? counts.analysed : counts.stopped);
         sink.Population(population);
     });

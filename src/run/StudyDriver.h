@@ -32,6 +32,9 @@ struct StudyJob {
     std::vector<int> populations;               // 1-based, in this order; empty: all
     std::map<std::string, Int16> repeatByName;  // motifs named one by one
     RepeatTable repeatTable;                    // a table of motifs; named ones win
+    // The names a format gives its populations (GenAlEx, tidy CSV), in file order; an empty
+    // or missing one leaves the name the store gives (its first sample's).
+    std::vector<std::string> populationNames;
 };
 
 // Where a study's results go: the header once, then each population in file order as soon as
@@ -52,8 +55,9 @@ struct StudyCounts {
 // Runs the job on `store` (whose tables it empties once each chosen population has its copy):
 // resolves every locus's motif, chooses the populations, and runs them in parallel with a fresh
 // generator each from the one seed, feeding `sink`. Notes about motif table entries the file
-// lacks go to `notes`. A job that does not fit the file (a motif for a missing locus, a locus
-// without one, a population beyond the file's) throws StudyUsageError before anything runs.
+// lacks, and alleles that look like indices rather than sizes, go to `notes`. A job that does not
+// fit the file (a motif for a missing locus, a locus without one, a population beyond the file's)
+// throws StudyUsageError before anything runs.
 StudyCounts RunStudyJob(InputDataSource& store, const StudyJob& job, StudySink& sink,
                         std::ostream& notes);
 

@@ -106,6 +106,8 @@ std::string StudyNotes(const StudyTable& table, std::optional<int> cancelledAfte
                      (row.stopLocus.empty() ? "" : " (at locus " + row.stopLocus + ")") + "\n";
         const std::string suspects = SuspectSummary(row);
         if (!suspects.empty()) notes += row.name + ": " + suspects + "\n";
+        const std::string coding = AlleleCodingSummary(row);
+        if (!coding.empty()) notes += row.name + ": " + coding + "\n";
     }
     if (cancelledAfter)
         notes += "Cancelled: " + std::to_string(*cancelledAfter) + " of " +

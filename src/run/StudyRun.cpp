@@ -180,6 +180,8 @@ PopulationResult AnalyseStudyPopulation(StudyPopulation& population, const RunSe
     Table& table = population.table;
     result.name = ShowPopulationName(table);
     result.samples = table.RecordCount() - 2;
+    result.halfMissing = HalfMissingGenotypes(table);
+    result.indexLikeAlleles = AllelesLookLikeIndices({&table});
     RecordingPrompter prompter;
     // Sample rows are numbered in 16 bits: a larger population cannot be told about.
     if (result.samples > kMostSamples) {

@@ -41,6 +41,8 @@ void StudyTable::Add(const PopulationResult& population) {
     row.name = population.name;
     row.samples = population.samples;
     row.suspectAction = population.action;
+    row.halfMissing = population.halfMissing.size();
+    row.indexLikeAlleles = population.indexLikeAlleles;
     // Missing alleles ("0", "000") are listed by the check as unexpected but are no suspects.
     auto missing = [](const std::string& value) {
         return value.find_first_not_of('0') == std::string::npos;
@@ -93,6 +95,20 @@ std::string SuspectSummary(const StudyRow& row, std::size_t shown) {
                 std::to_string(entry.column) + ")";
     }
     if (row.suspects.size() > shown) text += ", ...";
+    return text;
+}
+
+std::string AlleleCodingSummary(const StudyRow& row) {
+    std::string text;
+    if (row.halfMissing > 0)
+        text = std::to_string(row.halfMissing) +
+               (row.halfMissing == 1 ? " genotype" : " genotypes") +
+               " with one allele missing, left out of the analysis.";
+    if (row.indexLikeAlleles) {
+        std::string indices = kIndexLikeAllelesText;
+        indices[0] = 'E';
+        text += (text.empty() ? "" : " ") + indices;
+    }
     return text;
 }
 

@@ -54,6 +54,8 @@ struct StudyRow {
     std::string stopLocus;
     std::vector<SuspectEntry> suspects;  // analysed as they stood, or omitted
     std::string suspectAction;           // none, omit, proceed or stop
+    std::size_t halfMissing = 0;         // genotypes with one allele missing, left out
+    bool indexLikeAlleles = false;       // alleles that look like numbers, not sizes
     std::vector<std::optional<StudyCell>> cells;
     FlagTotals totals;
 };
@@ -85,5 +87,9 @@ private:
 // Suspect values of a population as one line: "12 values analysed as they stand: 1000 (row 3,
 // column 4), ...", at most `shown` of them spelt out; empty without suspects.
 std::string SuspectSummary(const StudyRow& row, std::size_t shown = 5);
+
+// The note on how the population's alleles are coded: its half-missing genotypes, and alleles
+// that look like numbers rather than sizes; empty when there is nothing to say.
+std::string AlleleCodingSummary(const StudyRow& row);
 
 }  // namespace tavrelle

@@ -20,32 +20,28 @@ const std::vector<ControlSetting> kPanelOff = {
     {C::NPopButton, S::Disable}};
 
 const std::vector<ControlSetting> kMenusOff = {
-    {C::mnuToggle, S::Disable},        {C::mnuSaveAs, S::Disable},
-    {C::mnuDisplayGraphs, S::Disable}, {C::mnuAnalysis, S::Disable},
-    {C::mnuLikelihood, S::Disable},    {C::mnuNulls, S::Disable},
-    {C::mnuCut, S::Disable},           {C::mnuCopy, S::Disable},
-    {C::mnuPaste, S::Disable},         {C::mnuSelectAll, S::Disable},
-    {C::mnuDelete, S::Disable},        {C::ToolSave, S::Disable},
-    {C::ToolCut, S::Disable},          {C::ToolCopy, S::Disable},
-    {C::ToolPaste, S::Disable},        {C::ToolToggle, S::Disable},
-    {C::ToolCloseGraphs, S::Disable},  {C::ToolEstimate, S::Disable},
-    {C::ToolCompare, S::Disable}};
+    {C::mnuToggle, S::Disable},     {C::mnuSaveAs, S::Disable},
+    {C::mnuSaveDataAs, S::Disable}, {C::mnuDisplayGraphs, S::Disable},
+    {C::mnuAnalysis, S::Disable},   {C::mnuLikelihood, S::Disable},
+    {C::mnuNulls, S::Disable},      {C::mnuCut, S::Disable},
+    {C::mnuCopy, S::Disable},       {C::mnuPaste, S::Disable},
+    {C::mnuSelectAll, S::Disable},  {C::mnuDelete, S::Disable},
+    {C::ToolSave, S::Disable},      {C::ToolCut, S::Disable},
+    {C::ToolCopy, S::Disable},      {C::ToolPaste, S::Disable},
+    {C::ToolToggle, S::Disable},    {C::ToolCloseGraphs, S::Disable},
+    {C::ToolEstimate, S::Disable},  {C::ToolCompare, S::Disable}};
 
 // Data on screen: the settings panel back (the locus arrows and population buttons are set by
 // the routines that fill the locus list and look at the store), and the editing commands on.
 const std::vector<ControlSetting> kDataShown = {
-    {C::RepeatLabel, S::Show},    {C::RepeatCombo, S::Show},
-    {C::MaxAlleleLabel, S::Show}, {C::ValidateLabel, S::Show},
-    {C::CILabel, S::Show},        {C::CICombo, S::Show},
-    {C::XLabel, S::Show},         {C::AllButton, S::Enable},
-    {C::SizeTextBox, S::Enable},  {C::ValidateButton, S::Enable},
-    {C::RandButton, S::Enable},   {C::RandTextBox, S::Enable},
-    {C::mnuSaveAs, S::Enable},    {C::mnuDisplayGraphs, S::Enable},
-    {C::mnuPaste, S::Enable},     {C::mnuSelectAll, S::Enable},
-    {C::mnuDelete, S::Enable},    {C::mnuCut, S::Disable},
-    {C::mnuCopy, S::Disable},     {C::ToolCut, S::Disable},
-    {C::ToolCopy, S::Disable},    {C::ToolPaste, S::Enable},
-    {C::ToolSave, S::Enable}};
+    {C::RepeatLabel, S::Show},      {C::RepeatCombo, S::Show},     {C::MaxAlleleLabel, S::Show},
+    {C::ValidateLabel, S::Show},    {C::CILabel, S::Show},         {C::CICombo, S::Show},
+    {C::XLabel, S::Show},           {C::AllButton, S::Enable},     {C::SizeTextBox, S::Enable},
+    {C::ValidateButton, S::Enable}, {C::RandButton, S::Enable},    {C::RandTextBox, S::Enable},
+    {C::mnuSaveAs, S::Enable},      {C::mnuSaveDataAs, S::Enable}, {C::mnuDisplayGraphs, S::Enable},
+    {C::mnuPaste, S::Enable},       {C::mnuSelectAll, S::Enable},  {C::mnuDelete, S::Enable},
+    {C::mnuCut, S::Disable},        {C::mnuCopy, S::Disable},      {C::ToolCut, S::Disable},
+    {C::ToolCopy, S::Disable},      {C::ToolPaste, S::Enable},     {C::ToolSave, S::Enable}};
 
 std::vector<ControlSetting> Joined(std::initializer_list<std::vector<ControlSetting>> parts) {
     std::vector<ControlSetting> all;

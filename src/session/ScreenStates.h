@@ -12,6 +12,7 @@ enum class Control {
     mnuNew,
     mnuFileOpen,
     mnuSaveAs,
+    mnuSaveDataAs,
     mnuFileExit,
     mnuCut,
     mnuCopy,

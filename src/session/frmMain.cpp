@@ -182,6 +182,8 @@ void frmMain::BuildMenus() {
          &frmMain::mnuFileOpen_Click},
         {"&File", Control::mnuSaveAs, "mnuSaveAs", "Save &As...         Ctrl+S",
          &frmMain::mnuSaveAs_Click, Before::Separator},
+        {"&File", Control::mnuSaveDataAs, "mnuSaveDataAs", "Save &Data As...",
+         &frmMain::mnuSaveDataAs_Click},
         {"&File", Control::mnuExportReport, "mnuExportReport", "Export &Report...",
          &frmMain::mnuExportReport_Click},
         {"&File", Control::mnuFileExit, "mnuFileExit", "E&xit", &frmMain::mnuFileExit_Click,

@@ -93,6 +93,8 @@ private:
     void mnuFileOpen_Click();
     std::optional<std::string> namedFile_;  // taken by the next open instead of the dialog
     void mnuSaveAs_Click();
+    // Save Data As: every format Tavrelle writes, told by the name's ending; keeps every sample.
+    void mnuSaveDataAs_Click();
     void mnuFileExit_Click();
     void CloseGridButton_Click();
     void mnuCut_Click();

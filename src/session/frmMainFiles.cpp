@@ -10,13 +10,19 @@
 #include <QToolButton>
 #include <utility>
 
+#include "base/AtomicFile.h"
 #include "base/InstallPaths.h"
 #include "base/Numbers.h"
+#include "formats/DataFileReading.h"
+#include "formats/DataFileWriting.h"
 #include "formats/ExcelWorkbookWriter.h"
 #include "formats/SheetReaders.h"
 #include "population/DataFileError.h"
+#include "population/FileErrors.h"
 #include "population/FileKind.h"
 #include "population/GenepopWriter.h"
+#include "population/GenotypeCells.h"
+#include "population/GenotypeTables.h"
 #include "population/PopulationName.h"
 #include "session/GridView.h"
 #include "session/MotifPanel.h"
@@ -105,7 +111,8 @@ void frmMain::mnuFileOpen_Click() {
                    : interaction_.OpenFileName(
                          {"Open", demo.lexically_normal().string(),
                           "All Files (*.*)|*.*|Excel files (xls)|*.xls|Genepop (dat)|*.dat|"
-                          "Genepop (txt)|*.txt|Excel 2007+ files (xlsx)|*.xlsx",
+                          "Genepop (txt)|*.txt|Excel 2007+ files (xlsx)|*.xlsx|"
+                          "GenAlEx, tidy CSV (csv)|*.csv|STRUCTURE (str)|*.str",
                           ""});
     if (!chosen || chosen->empty()) return;  // cancelled: the controls stay off until an open
     StatusPanel1->setText("  Loading...");
@@ -125,10 +132,25 @@ void frmMain::mnuFileOpen_Click() {
     } else {
         isExcel = false;
     }
+    // Formats the store does not read itself (two-digit Genepop, GenAlEx, STRUCTURE, tidy CSV)
+    // are told by their content and read first; a refusal says where the file goes wrong.
+    std::optional<GenotypeRead> other =
+        ReadNewFormatFile(fileLocation, isExcel ? session_.gExcelSheetName : "Sheet1");
+    if (other && !other->Ok()) {
+        interaction_.Show({other->ProblemText(), "Error Opening File", MessageIcon::Exclamation,
+                           MessageButtons::Ok});
+        return;
+    }
     setWindowTitle(QString::fromStdString("Tavrelle - " + FileTitle(fileLocation)));
 
-    OpenedDataFile opened =
-        OpenDataFileWith(fileLocation, kind, session_.gExcelSheetName, reader.get(), interaction_);
+    // Their data keep every sample on a Genepop Save As, as a Genepop file's do.
+    if (other) isExcel = false;
+    OpenedDataFile opened;
+    if (other)
+        opened.store = std::make_unique<InputDataSource>(GenotypeCells(other->data), interaction_);
+    else
+        opened = OpenDataFileWith(fileLocation, kind, session_.gExcelSheetName, reader.get(),
+                                  interaction_);
     if (opened.error) {
         // A refused file: the screen stays as it was, the old store behind the old binding.
         ShowLoadError(*opened.error);
@@ -185,6 +207,38 @@ void frmMain::mnuSaveAs_Click() {
         gridModel_.Reload();
         mnuSaveAs_Click();  // the user chooses another name or place
     }
+}
+
+void frmMain::mnuSaveDataAs_Click() {
+    std::optional<std::string> chosen = interaction_.SaveFileName(
+        {"Save Data As", QDir::homePath().toStdString(),
+         "Genepop (gen)|*.gen|Genepop (txt)|*.txt|Excel 2007+ File (*.xlsx)|*.xlsx|"
+         "Excel 97-2003 File (*.xls)|*.xls|GenAlEx CSV (*.csv)|*.csv|"
+         "GenAlEx workbook (*.genalex.xlsx)|*.genalex.xlsx|Tidy CSV (*.tidy.csv)|*.tidy.csv|"
+         "STRUCTURE (*.str)|*.str",
+         "PopulationData.gen"});
+    if (!chosen || chosen->empty()) return;
+    // Every population and sample as the grid holds them, the one on screen included.
+    GenotypeRead read = session_.gGridIsNew ? GenotypeDataOfGrid(*session_.gInputData, *chosen)
+                                            : GenotypeDataOfStore(*session_.gInputData, *chosen);
+    gridModel_.Reload();
+    const DataFileTarget target = DataFileTargetOfName(*chosen);
+    GenotypeRead refusal;
+    refusal.file = *chosen;
+    const std::string bytes =
+        read.Ok() ? DataFileBytes(read.data, target, *chosen, refusal) : std::string();
+    const GenotypeRead& problems = read.Ok() ? refusal : read;
+    if (!problems.Ok()) {
+        interaction_.Show({"The data cannot be saved as a " + DataFileTargetTitle(target) +
+                               " without a change:\n" + problems.ProblemText(),
+                           "Save Data As", MessageIcon::Exclamation, MessageButtons::Ok});
+        return;
+    }
+    if (const int failure = WriteFileAtomically(*chosen, bytes); failure != 0) {
+        ReportSaveFailure(FileError(failure), interaction_);
+        return;
+    }
+    ChangedData = false;
 }
 
 void frmMain::mnuNew_Click() {

@@ -14,7 +14,9 @@
 #include <QStandardPaths>
 #include <QToolButton>
 
+#include "formats/DataFileReading.h"
 #include "population/GenepopWriter.h"
+#include "population/GenotypeCells.h"
 #include "session/GridView.h"
 #include "session/MotifPanel.h"
 #include "session/RunController.h"
@@ -81,11 +83,19 @@ void frmMain::ResetDisplay() {
     ShowMessageBar(false);
     Apply(ScreenState::ResetAfterFailure);
     flags.UncheckedData = true;
-    StoreRequest request;
-    request.fileLocation = fileLocation;
-    request.isExcel = isExcel;
-    request.excelSheetName = session_.gExcelSheetName;
-    session_.gInputData = std::make_unique<InputDataSource>(request, interaction_);
+    // A file of another format is read again by its reader, as File > Open read it.
+    std::optional<GenotypeRead> other = ReadNewFormatFile(
+        fileLocation, session_.gExcelSheetName.empty() ? "Sheet1" : session_.gExcelSheetName);
+    if (other && other->Ok()) {
+        session_.gInputData =
+            std::make_unique<InputDataSource>(GenotypeCells(other->data), interaction_);
+    } else {
+        StoreRequest request;
+        request.fileLocation = fileLocation;
+        request.isExcel = isExcel;
+        request.excelSheetName = session_.gExcelSheetName;
+        session_.gInputData = std::make_unique<InputDataSource>(request, interaction_);
+    }
     if (session_.gInputData->LocusNames().front().empty()) return;
     BindGrid();
     ShowPopulationCaption();

@@ -147,9 +147,9 @@ TEST(BatchLimits, AHeaderOfMoreLociThanATableHoldsIsRefusedNamingTheLimitAndTheF
     const std::string file = folder.Write("many.gen", header + "Pop\na1 , 100102\n");
     const testing::CommandResult result = RunBatchProgram(Quoted(file) + " --repeat 2");
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_NE(result.output.find("Could not load " + file + ": "), std::string::npos);
-    EXPECT_NE(result.output.find("\nError Opening File: Overflow (the file names more than "
-                                 "16382 loci, the most a population table holds)"),
+    EXPECT_NE(result.output.find("Could not load " + file), std::string::npos);
+    EXPECT_NE(result.output.find("the file names more than 16382 loci, the most a population "
+                                 "table holds"),
               std::string::npos)
         << result.output.substr(0, 300);
 }

@@ -13,6 +13,7 @@ import sys
 ADDED_TO_POPULATION = ("status", "inbreeding")
 ADDED_TO_LOCUS = ("estimate_intervals",)
 ADDED_TO_ESTIMATES = ("em", "em_missing", "joint")
+ADDED_TO_CHECK = ("half_missing", "index_like_alleles")
 
 
 class Value:
@@ -127,6 +128,9 @@ def prescribed(text):
     spans = []
     for population in member(report, "populations")[1].items:
         cut(population, ADDED_TO_POPULATION, spans)
+        check = [m for m in population.members if m[0] == "check"]
+        if check and check[0][1].members is not None:
+            cut(check[0][1], ADDED_TO_CHECK, spans)
         if member(population, "inbreeding")[1].text == "null":
             continue
         for locus in member(population, "loci")[1].items:

@@ -57,6 +57,22 @@ TEST(ExcelBatchProgram, HelpExplainsWorkbooksAndConvert) {
         EXPECT_NE(help.output.find(text), std::string::npos) << text;
 }
 
+// A missing allele reads "000" from a Genepop file and "0" from a workbook: the same value.
+Json ZerosAsZero(Json report) {
+    auto& populations =
+        std::get<Json::Array>(std::get<Json::Object>(report.value)["populations"].value);
+    for (Json& population : populations) {
+        auto& check =
+            std::get<Json::Object>(std::get<Json::Object>(population.value)["check"].value);
+        for (Json& entry : std::get<Json::Array>(check["unexpected"].value)) {
+            std::string& value =
+                std::get<std::string>(std::get<Json::Object>(entry.value)["value"].value);
+            if (value.find_first_not_of('0') == std::string::npos) value = "0";
+        }
+    }
+    return report;
+}
+
 // The same analysis from the Genepop file and from workbooks made from it by convert; only the
 // file and the title differ, the title being '' for a workbook.
 TEST(ExcelBatchProgram, WorkbooksAnalyseAsTheirGenepopFile) {
@@ -64,7 +80,7 @@ TEST(ExcelBatchProgram, WorkbooksAnalyseAsTheirGenepopFile) {
     const std::string options = " --repeat 2 --seed 4242 --population 2 --json - 2>/dev/null";
     CommandResult genepop = Batch(Quoted(kDemo) + options);
     ASSERT_EQ(genepop.exitCode, 0) << genepop.output;
-    Json expected = Json::Parse(genepop.output);
+    Json expected = ZerosAsZero(Json::Parse(genepop.output));
     for (const char* ending : {".xls", ".xlsx", ".XLS"}) {
         const std::string book = folder.File(std::string("demo") + ending);
         CommandResult converted = Batch("convert " + Quoted(kDemo) + " " + Quoted(book));
@@ -72,7 +88,7 @@ TEST(ExcelBatchProgram, WorkbooksAnalyseAsTheirGenepopFile) {
         EXPECT_NE(converted.output.find("3 populations, 6 loci."), std::string::npos);
         CommandResult run = Batch(Quoted(book) + options);
         ASSERT_EQ(run.exitCode, 0) << run.output;
-        Json actual = Json::Parse(run.output);
+        Json actual = ZerosAsZero(Json::Parse(run.output));
         EXPECT_EQ(std::get<std::string>(actual["title"].value), "");
         EXPECT_EQ(std::get<std::string>(actual["file"].value), book);
         EXPECT_EQ(testing::FirstDifference(expected["populations"], actual["populations"]), "");
@@ -102,7 +118,8 @@ TEST(ExcelBatchProgram, RefusalsReadAsTheDesktopShowsThem) {
     EXPECT_NE(missing.output.find("The requested Excel file is not in the required format."),
               std::string::npos);
 
-    CommandResult notBook = Batch(Quoted(folder.Write("text.xls", "t\nL\nPop\na, 100100\n")));
+    // The bytes tell the format, whatever the name: a damaged workbook is still a workbook.
+    CommandResult notBook = Batch(Quoted(folder.Write("text.gen", "\xD0\xCF\x11\xE0 damaged")));
     EXPECT_EQ(notBook.exitCode, 1);
     EXPECT_NE(
         notBook.output.find("Error Opening File: External table is not in the expected format."),

@@ -22,7 +22,8 @@ tool=$top/tests/data/excel/workbook_tool.py
 python=/usr/bin/python3
 [ -x "$python" ] || python=python3
 mkdir -p "$build/corpus/xls" "$build/corpus/xlsx" "$build/corpus/xlsx_parts" \
-    "$build/corpus/genepop" "$build/corpus/batch_options"
+    "$build/corpus/genepop" "$build/corpus/batch_options" "$build/corpus/genalex" \
+    "$build/corpus/structure" "$build/corpus/tidy"
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 
@@ -31,7 +32,16 @@ for demo in "$top"/DemoFiles/*.gen; do
     "$batch" convert "$demo" "$build/corpus/xls/$name.xls" >/dev/null
     "$batch" convert "$demo" "$build/corpus/xlsx/$name.xlsx" >/dev/null
     cp "$demo" "$build/corpus/genepop/$name.gen"
+    "$batch" convert "$demo" "$build/corpus/genalex/$name.csv" --to genalex >/dev/null
+    "$batch" convert "$demo" "$build/corpus/structure/$name.str" --to structure >/dev/null
+    "$batch" convert "$demo" "$build/corpus/tidy/$name.csv" --to tidy >/dev/null
 done
+# The other forms each reader takes: one-row STRUCTURE with and without populations, the wide
+# tidy table, GenAlEx with semicolons and a count row that disagrees.
+printf 's1 1 100 102 -9 98\ns2 2 100 100 98 98\n' >"$build/corpus/structure/onerow.str"
+printf 'A B\ns1 100 -9\ns1 102 98\n' >"$build/corpus/structure/names.str"
+printf 'sample,population,A_a,A_b\ns1,P,100,NA\n"s,2",Q,0,102\n' >"$build/corpus/tidy/wide.csv"
+printf '1;3;1;2\nT;;;P\nInd;Pop;A;\na;P;100;102\nb;Q;;98\n' >"$build/corpus/genalex/semi.csv"
 
 # Genepop at the edges: locus names one a line or comma separated, two- and three-digit alleles,
 # missing alleles, "POP" in other cases, blank and short lines, CR LF endings, no final newline.

@@ -19,6 +19,10 @@ runs=(
     "tavrelle_fuzz_xls xls -"
     "tavrelle_fuzz_xlsx xlsx xlsx.dict"
     "tavrelle_fuzz_xlsx_parts xlsx_parts xlsx.dict"
+    "tavrelle_fuzz_genepop_text genepop -"
+    "tavrelle_fuzz_genalex genalex -"
+    "tavrelle_fuzz_structure structure -"
+    "tavrelle_fuzz_tidy tidy -"
 )
 failed=0
 for run in "${runs[@]}"; do
