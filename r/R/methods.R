@@ -54,22 +54,16 @@ print.tavrelle_study <- function(x, ...) {
 #'
 #' @param object A study, as [study()] returns it.
 #' @param ... Not used.
-#' @return A data frame with one row per locus: in how many populations it was analysed, showed
-#'   a null allele, stutter (a one-repeat deficit) or large allele drop-out (an upper class
-#'   excess), and its median maximum likelihood null allele frequency.
+#' @return A data frame with one row per locus: in how many populations it was analysed and
+#'   showed a null allele, stutter or large allele drop-out (the N, S and D of the heat map), and
+#'   the median over populations of its maximum likelihood null allele frequency (`em`).
 #' @export
 summary.tavrelle_study <- function(object, ...) {
-  loci <- object$loci[!is.na(object$loci$locus), , drop = FALSE]
-  by_locus <- split(loci, factor(loci$locus, levels = unique(loci$locus)))
-  rows <- lapply(by_locus, function(l) {
-    data.frame(
-      locus = l$locus[1], populations = nrow(l), null_allele = sum(l$null_present),
-      stutter = sum(l$one_repeat_deficit), large_allele_dropout = sum(l$upper_class_excess),
-      median_em = stats::median(l$em, na.rm = TRUE), stringsAsFactors = FALSE
-    )
-  })
-  result <- do.call(rbind, c(rows, list(make.row.names = FALSE)))
-  structure(result, class = c("summary.tavrelle_study", "data.frame"))
+  loci <- object$loci[!is.na(object$loci$em), , drop = FALSE]
+  median_em <- vapply(split(loci$em, loci$locus), stats::median, numeric(1))
+  totals <- object$locus_totals
+  totals$median_em <- unname(median_em[totals$locus])
+  structure(totals, class = c("summary.tavrelle_study", "data.frame"))
 }
 
 #' @export

@@ -35,6 +35,9 @@
 #'     \item{populations}{one row per population: its status, why it stopped, its suspect values,
 #'       the inbreeding coefficient F with its interval, the model chosen and the verdict;}
 #'     \item{settings}{the settings of the run, the seed used among them;}
+#'     \item{locus_totals}{one row per locus: in how many populations it was analysed and showed
+#'       a null allele, stutter or large allele drop-out, as the report's overview and the heat
+#'       map count and mark them;}
 #'     \item{heat_map}{the layout of the study's heat map, drawn by [plot.tavrelle_study()].}
 #'   }
 #' @examples
@@ -63,16 +66,30 @@ run_study <- function(x, label, settings, cancel_after = -1L) {
     system.file("tables", package = "tavrelle"), progress, as.integer(cancel_after)
   )
   settings$file <- input$label
+  loci <- read_batch_csv(raw$csv)
   structure(
     list(
-      loci = read_batch_csv(raw$csv),
-      populations = as.data.frame(raw$populations, stringsAsFactors = FALSE),
+      loci = loci,
+      populations = population_table(loci, raw$verdicts),
       settings = settings,
+      locus_totals = as.data.frame(raw$locus_totals, stringsAsFactors = FALSE),
       heat_map = raw$heat_map
     ),
     html = raw$html, csv = raw$csv, complete = raw$complete,
     class = "tavrelle_study"
   )
+}
+
+# A row per population: the population's columns of the CSV table and the inbreeding verdict.
+population_table <- function(loci, verdicts) {
+  columns <- c("population", "population_name", "samples", "status", "stop_reason",
+               "suspect_values", "suspect_action", "inbreeding_f", "inbreeding_f_low",
+               "inbreeding_f_high", "inbreeding_model")
+  populations <- loci[!duplicated(loci$population), columns, drop = FALSE]
+  populations$inbreeding_verdict <- verdicts$verdict[match(populations$population,
+                                                           verdicts$population)]
+  rownames(populations) <- NULL
+  populations
 }
 
 # The settings as the batch program's options take them, refused with the same ranges.
@@ -115,16 +132,19 @@ whole_number <- function(name, value, low, high) {
 }
 
 # The batch program's tidy CSV as a data frame: the same columns and names; texts as texts,
-# yes/no columns logical, every other column numeric, whichever rows a study has.
+# yes/no columns logical, counts integer, every other column double, whichever rows a study has.
 read_batch_csv <- function(text) {
   texts <- c("file", "population_name", "status", "stop_reason", "suspect_action", "locus",
              "combined_probability", "inbreeding_model")
   flags <- c("combined_significant", "homozygote_excess", "class_wide_excess",
              "one_repeat_deficit", "upper_class_excess", "lower_class_excess",
              "large_differences_scarce", "null_present")
+  counts <- c("seed", "randomisations", "max_allele_size", "population", "samples",
+              "suspect_values", "repeat", "lowest", "highest", "scored", "missing_genotypes")
   columns <- strsplit(sub("\n.*", "", text), ",", fixed = TRUE)[[1]]
   classes <- ifelse(columns %in% texts, "character",
-                    ifelse(columns %in% flags, "logical", "numeric"))
+                    ifelse(columns %in% flags, "logical",
+                           ifelse(columns %in% counts, "integer", "numeric")))
   utils::read.csv(text = text, colClasses = classes, check.names = FALSE, na.strings = "",
                   stringsAsFactors = FALSE, encoding = "UTF-8")
 }

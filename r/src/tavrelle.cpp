@@ -22,6 +22,7 @@
 #include "population/InputDataSource.h"
 #include "population/PopulationName.h"
 #include "report/ReportStream.h"
+#include "run/EstimateColour.h"
 #include "run/StudyHeatMap.h"
 #include "run/StudyRun.h"
 #include "run/StudyTable.h"
@@ -125,58 +126,16 @@ void SetMotifs(const std::vector<std::string>& loci, Rcpp::IntegerVector motifs,
                    ". Give one number for every locus or name each locus.");
 }
 
-// A stop's message on one line, with the locus the run had in hand, as the CSV report words it.
-std::string StopReasonText(const PopulationResult& p) {
-    if (!p.error) return "";
-    std::string reason;
-    for (char c : *p.error)
-        if (c != '\r') reason += c == '\n' ? ' ' : c;
-    while (reason.find("  ") != std::string::npos)
-        reason.erase(reason.find("  "), 1);
-    if (!p.errorLocus.empty()) reason += " (at locus " + p.errorLocus + ")";
-    return reason;
-}
-
-// The population table of the R result, a row as each population is delivered.
-struct PopulationColumns {
+// The inbreeding verdict of each population, which the CSV table leaves out.
+struct Verdicts {
     std::vector<int> number;
-    std::vector<std::string> name, status, stopReason, action, model, verdict;
-    std::vector<double> samples, suspects, f, fLow, fHigh;
+    std::vector<std::string> verdict;
 
     void Add(const PopulationResult& p) {
         number.push_back(p.number);
-        name.push_back(p.name);
-        samples.push_back(static_cast<double>(p.samples));
-        status.push_back(p.Analysed() ? "analysed" : "stopped");
-        stopReason.push_back(StopReasonText(p));
-        suspects.push_back(static_cast<double>(p.SuspectCount()));
-        action.push_back(p.action);
-        const bool fitted = p.likelihood.has_value();
-        const InbreedingResult none;
-        const InbreedingResult& fit = fitted ? p.likelihood->inbreeding : none;
-        f.push_back(fitted ? fit.f : NA_REAL);
-        fLow.push_back(fitted ? fit.interval.low : NA_REAL);
-        fHigh.push_back(fitted ? fit.interval.high : NA_REAL);
-        model.push_back(fitted ? kNestedModelNames[static_cast<std::size_t>(fit.model)] : "");
-        verdict.push_back(fitted ? fit.verdict : "");
-    }
-
-    Rcpp::List ToR() const {
-        return Rcpp::List::create(
-            Rcpp::Named("population") = number, Rcpp::Named("population_name") = name,
-            Rcpp::Named("samples") = samples, Rcpp::Named("status") = status,
-            Rcpp::Named("stop_reason") = stopReason, Rcpp::Named("suspect_values") = suspects,
-            Rcpp::Named("suspect_action") = action, Rcpp::Named("inbreeding_f") = f,
-            Rcpp::Named("inbreeding_f_low") = fLow, Rcpp::Named("inbreeding_f_high") = fHigh,
-            Rcpp::Named("inbreeding_model") = model, Rcpp::Named("inbreeding_verdict") = verdict);
+        verdict.push_back(p.likelihood ? p.likelihood->inbreeding.verdict : "");
     }
 };
-
-std::string Hex(const Rgb& colour) {
-    char text[8];
-    std::snprintf(text, sizeof text, "#%02X%02X%02X", colour.red, colour.green, colour.blue);
-    return text;
-}
 
 Rcpp::List HeatMapOf(const StudyTable& table) {
     const HeatMapDrawing drawing = LayOutHeatMap(table);
@@ -188,7 +147,7 @@ Rcpp::List HeatMapOf(const StudyTable& table) {
         by.push_back(box.y);
         bw.push_back(box.width);
         bh.push_back(box.height);
-        fill.push_back(Hex(box.fill));
+        fill.push_back(HexColour(box.fill));
         hatched.push_back(box.hatched);
     }
     std::vector<double> tx, ty, size;
@@ -204,7 +163,7 @@ Rcpp::List HeatMapOf(const StudyTable& table) {
                                                                    : "end");
         vertical.push_back(t.vertical);
         bold.push_back(t.bold);
-        colour.push_back(Hex(t.colour));
+        colour.push_back(HexColour(t.colour));
     }
     using Rcpp::Named;
     return Rcpp::List::create(
@@ -219,6 +178,22 @@ Rcpp::List HeatMapOf(const StudyTable& table) {
             Named("vertical") = Rcpp::LogicalVector(vertical.begin(), vertical.end()),
             Named("bold") = Rcpp::LogicalVector(bold.begin(), bold.end()),
             Named("colour") = colour));
+}
+
+// The overview's totals by locus: in how many populations each locus ran and showed a null
+// allele, stutter or large allele drop-out, as the heat map marks them.
+Rcpp::List LocusTotalsOf(const StudyTable& table) {
+    std::vector<int> analysed, nullAllele, stutter, dropout;
+    for (const FlagTotals& totals : table.LocusTotals()) {
+        analysed.push_back(totals.analysed);
+        nullAllele.push_back(totals.nullAllele);
+        stutter.push_back(totals.stutter);
+        dropout.push_back(totals.dropout);
+    }
+    using Rcpp::Named;
+    return Rcpp::List::create(Named("locus") = table.Loci(), Named("populations") = analysed,
+                              Named("null_allele") = nullAllele, Named("stutter") = stutter,
+                              Named("large_allele_dropout") = dropout);
 }
 
 // A line of progress, made on the study's thread and shown on R's.
@@ -350,7 +325,7 @@ Rcpp::List EngineStudy(std::string path, std::string format, std::string label,
     const std::unique_ptr<ReportStream> html = MakeHtmlReport(settings);
     std::string csvText = csv->Begin(header);
     html->Begin(header);
-    PopulationColumns table;
+    Verdicts verdicts;
     StudyTable overview;
     const std::size_t total = populations.size();
 
@@ -363,10 +338,10 @@ Rcpp::List EngineStudy(std::string path, std::string format, std::string label,
         if (static_cast<std::size_t>(p.number - 1) < names.size()) p.name = names[p.number - 1];
         csvText += csv->Population(p);
         html->Population(p);
-        table.Add(p);
+        verdicts.Add(p);
         overview.Add(p);
         handover.Deliver({p.number, p.name, p.Analysed()});
-        if (cancelAfter >= 0 && table.number.size() >= static_cast<std::size_t>(cancelAfter))
+        if (cancelAfter >= 0 && verdicts.number.size() >= static_cast<std::size_t>(cancelAfter))
             cancel = true;
     };
     std::thread study([&] {
@@ -398,8 +373,11 @@ Rcpp::List EngineStudy(std::string path, std::string format, std::string label,
         }
     }
     csvText += csv->End();
-    return Rcpp::List::create(Rcpp::Named("csv") = csvText, Rcpp::Named("html") = html->End(),
-                              Rcpp::Named("populations") = table.ToR(),
-                              Rcpp::Named("heat_map") = HeatMapOf(overview),
-                              Rcpp::Named("complete") = table.number.size() == total);
+    return Rcpp::List::create(
+        Rcpp::Named("csv") = csvText, Rcpp::Named("html") = html->End(),
+        Rcpp::Named("verdicts") = Rcpp::List::create(Rcpp::Named("population") = verdicts.number,
+                                                     Rcpp::Named("verdict") = verdicts.verdict),
+        Rcpp::Named("heat_map") = HeatMapOf(overview),
+        Rcpp::Named("locus_totals") = LocusTotalsOf(overview),
+        Rcpp::Named("complete") = verdicts.number.size() == total);
 }
