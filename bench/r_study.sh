@@ -1,17 +1,20 @@
 #!/usr/bin/env bash
-# The R package against the batch program on one data file: how long the package takes to
-# install from its tarball, and how long study() takes beside tavrelle-batch on the same file,
+# The R package against the batch program: how long the package takes to install from its
+# tarball, and for each data file how long study() takes beside tavrelle-batch on the same file,
 # seed, motif and threads (both with 1000 randomisations and 1000 bootstrap replicates). The two
 # CSV tables are compared too: they must be the same.
 #
-#   bench/r_study.sh BUILD_DIR TARBALL GENEPOP_FILE [THREADS]
+#   bench/r_study.sh BUILD_DIR TARBALL GENEPOP_FILE...
 #
 # BUILD_DIR holds bin/tavrelle-batch; TARBALL is scripts/build-r's build-r/tavrelle_*.tar.gz.
+# THREADS (environment, default 2) is given to both.
 set -euo pipefail
-build=${1:?usage: bench/r_study.sh BUILD_DIR TARBALL GENEPOP_FILE [THREADS]}
-tarball=${2:?usage: bench/r_study.sh BUILD_DIR TARBALL GENEPOP_FILE [THREADS]}
-data=${3:?usage: bench/r_study.sh BUILD_DIR TARBALL GENEPOP_FILE [THREADS]}
-threads=${4:-2}
+usage="usage: bench/r_study.sh BUILD_DIR TARBALL GENEPOP_FILE..."
+build=${1:?$usage}
+tarball=${2:?$usage}
+[[ -n ${3:-} ]] || { echo "$usage" >&2; exit 2; }
+shift 2
+threads=${THREADS:-2}
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 mkdir "$work/lib"
@@ -25,25 +28,27 @@ seconds() {
 }
 
 install=$(MAKEFLAGS=-j2 seconds R CMD INSTALL -l "$work/lib" "$tarball")
-batch=$(seconds "$build/bin/tavrelle-batch" "$data" --repeat 2 --seed 2024 --threads "$threads" \
-    --csv "$work/batch.csv")
-R_LIBS="$work/lib" Rscript -e '
-    arguments <- commandArgs(trailingOnly = TRUE)
-    library(tavrelle)
-    time <- system.time(result <- suppressMessages(
-        study(arguments[1], motif = 2, seed = 2024, threads = as.integer(arguments[2]))
-    ))
-    cpu <- time[["user.self"]] + time[["sys.self"]]
-    same <- identical(attr(result, "csv"),
-                      readChar(arguments[3], file.size(arguments[3]), useBytes = TRUE))
-    cat(sprintf("%.1f %.1f", time[["elapsed"]], cpu), if (same) "same" else "DIFFERENT", "\n")
-' "$data" "$threads" "$work/batch.csv" >"$work/r.txt"
-read -r study_wall study_cpu same <"$work/r.txt"
 read -r install_wall install_cpu <<<"$install"
-read -r batch_wall batch_cpu <<<"$batch"
-printf 'file %s, %s thread(s); seconds of wall clock and of processor\n' "$(basename "$data")" \
-    "$threads"
-printf '  R CMD INSTALL of the tarball  %7.1f %7.1f\n' "$install_wall" "$install_cpu"
-printf '  tavrelle-batch --csv          %7.1f %7.1f\n' "$batch_wall" "$batch_cpu"
-printf '  study() in R                  %7.1f %7.1f\n' "$study_wall" "$study_cpu"
-printf '  CSV tables                    %s\n' "$same"
+printf 'seconds of wall clock and of processor, %s thread(s)\n' "$threads"
+printf '  R CMD INSTALL of the tarball    %7.1f %7.1f\n' "$install_wall" "$install_cpu"
+for data in "$@"; do
+    batch=$(seconds "$build/bin/tavrelle-batch" "$data" --repeat 2 --seed 2024 \
+        --threads "$threads" --csv "$work/batch.csv")
+    R_LIBS="$work/lib" Rscript -e '
+        arguments <- commandArgs(trailingOnly = TRUE)
+        library(tavrelle)
+        time <- system.time(result <- suppressMessages(
+            study(arguments[1], motif = 2, seed = 2024, threads = as.integer(arguments[2]))
+        ))
+        cpu <- time[["user.self"]] + time[["sys.self"]]
+        same <- identical(attr(result, "csv"),
+                          readChar(arguments[3], file.size(arguments[3]), useBytes = TRUE))
+        cat(sprintf("%.1f %.1f", time[["elapsed"]], cpu), if (same) "same" else "DIFFERENT")
+    ' "$data" "$threads" "$work/batch.csv" >"$work/r.txt"
+    read -r study_wall study_cpu same <"$work/r.txt"
+    read -r batch_wall batch_cpu <<<"$batch"
+    printf '%s (%s KB)\n' "$(basename "$data")" "$(($(stat -c %s "$data") / 1024))"
+    printf '  tavrelle-batch --csv            %7.1f %7.1f\n' "$batch_wall" "$batch_cpu"
+    printf '  study() in R                    %7.1f %7.1f\n' "$study_wall" "$study_cpu"
+    printf '  CSV tables                      %s\n' "$same"
+done
