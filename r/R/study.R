@@ -11,7 +11,8 @@
 #' bar. An interrupt (Ctrl-C or Esc) lets the populations under way finish, starts no other, and
 #' ends the call with R's interrupt.
 #'
-#' @param x A genotype file (see [read_genotypes()] for the formats), a data frame of
+#' @param x A genotype file (its format told by its name; see [read_genotypes()], whose data frame
+#'   a file of another format can be read into first), a data frame of
 #'   [read_genotypes()]'s shape (sample, population, then two allele columns per locus), or an
 #'   adegenet `genind` whose alleles are named by their sizes.
 #' @param motif The repeat motif (length in bases, 1 to 6): one number for every locus, or a
