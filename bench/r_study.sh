@@ -45,7 +45,8 @@ for data in "$@"; do
         cpu <- time[["user.self"]] + time[["sys.self"]]
         same <- identical(attr(result, "csv"),
                           readChar(arguments[3], file.size(arguments[3]), useBytes = TRUE))
-        cat(sprintf("%.1f %.1f", time[["elapsed"]], cpu), if (same) "same" else "DIFFERENT")
+        cat(sprintf("%.1f %.1f", time[["elapsed"]], cpu), if (same) "same" else "DIFFERENT",
+            "\n")
     ' "$data" "$threads" "$work/batch.csv" >"$work/r.txt"
     read -r study_wall study_cpu same <"$work/r.txt"
     read -r batch_wall batch_cpu <<<"$batch"
