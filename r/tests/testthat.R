@@ -1,0 +1,4 @@
+library(testthat)
+library(tavrelle)
+
+test_check("tavrelle")

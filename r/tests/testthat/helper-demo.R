@@ -1,0 +1,1 @@
+demo_file <- function(name) system.file("extdata", name, package = "tavrelle")
