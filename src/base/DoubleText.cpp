@@ -35,10 +35,14 @@ Digits ShortestDigits(double value) {
     return shortest;
 }
 
-std::string Fixed(const Digits& d) {
+std::string Fixed(double value, const Digits& d) {
     const int count = static_cast<int>(d.digits.size());
-    if (d.exponent >= count - 1)
-        return d.digits + std::string(static_cast<std::size_t>(d.exponent - (count - 1)), '0');
+    if (d.exponent >= count - 1) {
+        // A whole number is written out exactly, every digit, as std::to_chars writes it.
+        char whole[400];
+        std::snprintf(whole, sizeof whole, "%.0f", std::fabs(value));
+        return whole;
+    }
     const auto point = static_cast<std::size_t>(d.exponent + 1);
     if (d.exponent >= 0) return d.digits.substr(0, point) + "." + d.digits.substr(point);
     return "0." + std::string(static_cast<std::size_t>(-d.exponent - 1), '0') + d.digits;
@@ -60,14 +64,14 @@ std::string Sign(double value) {
 
 std::string ShortestText(double value) {
     const Digits digits = ShortestDigits(value);
-    const std::string fixed = Fixed(digits);
+    const std::string fixed = Fixed(value, digits);
     const std::string scientific = Scientific(digits);
     // As std::to_chars: the shorter form, fixed on a tie.
     return Sign(value) + (scientific.size() < fixed.size() ? scientific : fixed);
 }
 
 std::string ShortestFixedText(double value) {
-    return Sign(value) + Fixed(ShortestDigits(value));
+    return Sign(value) + Fixed(value, ShortestDigits(value));
 }
 
 std::from_chars_result ReadDouble(const char* first, const char* last, double& value) {

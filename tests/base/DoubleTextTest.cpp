@@ -65,7 +65,9 @@ TEST(DoubleText, PrintfFormReadsWhatFromCharsReads) {
         const auto got = printf_forms::ReadDouble(text.data(), text.data() + text.size(), actual);
         EXPECT_EQ(got.ec, want.ec) << text;
         EXPECT_EQ(got.ptr - text.data(), want.ptr - text.data()) << text;
-        if (want.ec == std::errc()) EXPECT_EQ(actual, expected) << text;
+        if (want.ec == std::errc()) {
+            EXPECT_EQ(actual, expected) << text;
+        }
     }
 }
 

@@ -15,9 +15,9 @@ const [site, batch, data] = process.argv.slice(2);
 // Each file gets other settings, so that every option reaches the engine as the batch's does.
 const settings = [
     { repeat: 2, seed: 2026, bootstrap: 200 },
-    { repeat: 2, seed: 7, confidence: 99, onSuspect: 'omit', bootstrap: 100 },
-    { repeat: 4, seed: 123456, confidence: 'bonferroni', maxAlleleSize: 400, bootstrap: 0 },
     { repeat: 2, seed: 1, randomisations: 2000, confidence: 100, onSuspect: 'stop', bootstrap: 100 },
+    { repeat: 4, seed: 123456, confidence: 'bonferroni', maxAlleleSize: 400, bootstrap: 0 },
+    { repeat: 2, seed: 7, confidence: 99, onSuspect: 'omit', bootstrap: 100 },
 ];
 
 async function inPage(page, file, options, what = 'study') {

@@ -26,13 +26,24 @@ function runBatch(batch, file, options) {
     }
 }
 
-// The first line where two texts part, for a failure message.
+// Where two texts part: the first differing line, and how many lines differ with the JSON keys
+// they carry, for a failure message that says what kind of number drifted.
 function firstDifference(a, b) {
     const left = String(a).split('\n');
     const right = String(b).split('\n');
-    for (let i = 0; i < Math.max(left.length, right.length); ++i)
-        if (left[i] !== right[i]) return `line ${i + 1}:\n  web:   ${String(left[i]).slice(0, 300)}\n  batch: ${String(right[i]).slice(0, 300)}`;
-    return 'no difference';
+    let first = -1;
+    let count = 0;
+    const keys = new Set();
+    for (let i = 0; i < Math.max(left.length, right.length); ++i) {
+        if (left[i] === right[i]) continue;
+        if (first < 0) first = i;
+        ++count;
+        const key = /^\s*"([^"]+)":/.exec(left[i] || '');
+        if (key) keys.add(key[1]);
+    }
+    if (first < 0) return 'no difference';
+    return `line ${first + 1} (${count} lines differ${keys.size ? `; keys ${[...keys].join(', ')}` : ''}):\n` +
+        `  web:   ${String(left[first]).slice(0, 300)}\n  batch: ${String(right[first]).slice(0, 300)}`;
 }
 
 module.exports = { runBatch, firstDifference, commandLineOf };
