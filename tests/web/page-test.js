@@ -56,6 +56,9 @@ async function main() {
 
     await page.click('#run-button');
     await page.waitForSelector('#progress:not([hidden])');
+    // The first population done, or the whole run if it was quicker than the page's polling.
+    await page.waitForFunction(() => document.getElementById('progress').value >= 1 ||
+        !document.getElementById('results-section').hidden);
     await shot('2-during-run.png');
     await page.waitForSelector('#results-section:not([hidden])', { timeout: 10 * 60 * 1000 });
     const progressText = await page.$eval('#progress-text', (node) => node.textContent);
