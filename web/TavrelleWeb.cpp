@@ -45,6 +45,9 @@ const char* const kWorkbookRefusal =
 std::string PlaceFile(const std::string& name, const std::string& bytes) {
     const std::string file = std::filesystem::path(name).filename().string();
     if (file.empty()) throw std::runtime_error("The file has no name.");
+    // One file at a time: the one before is dropped, so the page's memory does not grow.
+    std::filesystem::current_path("/");
+    std::filesystem::remove_all(kDataFolder);
     std::filesystem::create_directories(kDataFolder);
     std::filesystem::current_path(kDataFolder);
     std::ofstream out(file, std::ios::binary | std::ios::trunc);
