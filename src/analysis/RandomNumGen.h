@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <bit>
 #include <cstdint>
 
 namespace tavrelle {
@@ -13,8 +12,9 @@ namespace tavrelle {
 // to 32; and a positive seed does not fill the table, so the first draws read empty slots.
 class RandomNumGen {
 public:
-    static constexpr double kScale = std::bit_cast<double>(0x3E0000000AA00007ULL);
-    static constexpr double kCeiling = std::bit_cast<double>(0x3FEFFFFFBF935359ULL);
+    // Exact to the bit, as hexadecimal literals (bits 0x3E0000000AA00007 and 0x3FEFFFFFBF935359).
+    static constexpr double kScale = 0x1.000000aa00007p-31;
+    static constexpr double kCeiling = 0x1.fffffbf935359p-1;
 
     // Stores the seed; touches nothing else.
     void SetSeedValue(std::int32_t seed) { idum_ = seed; }

@@ -1,10 +1,10 @@
 #include "analysis/StatisticalTables.h"
 
-#include <charconv>
 #include <cmath>
 #include <fstream>
 #include <span>
 
+#include "base/DoubleText.h"
 #include "base/Numbers.h"
 #include "base/ProgramError.h"
 
@@ -124,7 +124,7 @@ double TableValue(std::string_view text) {
         if (!exactHalf || odd) Increment(hundredths);
     }
     double value = 0.0;
-    std::from_chars(hundredths.data(), hundredths.data() + hundredths.size(), value);
+    ReadDouble(hundredths.data(), hundredths.data() + hundredths.size(), value);
     value /= 100.0;
     return number.negative ? -value : value;
 }

@@ -1,7 +1,8 @@
 #include "base/CsvText.h"
 
-#include <charconv>
 #include <cmath>
+
+#include "base/DoubleText.h"
 
 namespace tavrelle {
 
@@ -15,9 +16,7 @@ std::string CsvField(const std::string& text) {
 
 std::string ShortestNumber(double value) {
     if (!std::isfinite(value)) return "";
-    char buffer[32];
-    auto [end, ec] = std::to_chars(buffer, buffer + sizeof buffer, value);
-    return std::string(buffer, end);
+    return ShortestText(value);
 }
 
 }  // namespace tavrelle

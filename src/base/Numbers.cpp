@@ -1,11 +1,11 @@
 #include "base/Numbers.h"
 
 #include <algorithm>
-#include <array>
 #include <cctype>
-#include <charconv>
 #include <cmath>
 #include <limits>
+
+#include "base/DoubleText.h"
 
 namespace tavrelle {
 
@@ -87,8 +87,7 @@ std::optional<double> NumericValue(std::string_view text) {
     auto parts = SplitNumeric(text);
     if (!parts) return std::nullopt;
     double value = 0.0;
-    auto [end, ec] =
-        std::from_chars(parts->body.data(), parts->body.data() + parts->body.size(), value);
+    auto [end, ec] = ReadDouble(parts->body.data(), parts->body.data() + parts->body.size(), value);
     if (ec == std::errc::result_out_of_range) {
         value = OverflowsDouble(parts->body) ? std::numeric_limits<double>::infinity() : 0.0;
     } else if (ec != std::errc() || end != parts->body.data() + parts->body.size()) {
@@ -144,11 +143,7 @@ std::string DefaultText(double value) {
     if (value == 0.0) return "0";
     if (std::isnan(value)) return "NaN";
     if (std::isinf(value)) return value > 0 ? "Infinity" : "-Infinity";
-    std::array<char, 400> buffer{};
-    auto [end, ec] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                   std::chars_format::fixed);
-    if (ec != std::errc()) return "0";
-    return std::string(buffer.data(), end);
+    return ShortestFixedText(value);
 }
 
 std::string_view TrimBlanks(std::string_view text) {

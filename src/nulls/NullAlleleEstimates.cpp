@@ -9,9 +9,13 @@ namespace tavrelle {
 
 namespace {
 
-// The power operation fails, as the run time's does, where a real result does not exist.
+// The power operation fails, as the run time's does, where a real result does not exist. The
+// square and the square root, all the estimates raise to, are computed exactly rounded, as pow is
+// not on every platform (the WebAssembly build's differs from glibc's in the last bit).
 double Power(double base, double exponent) {
-    double result = std::pow(base, exponent);
+    double result = exponent == 2.0   ? base * base
+                    : exponent == 0.5 ? std::sqrt(base)
+                                      : std::pow(base, exponent);
     if (std::isnan(result)) throw ProgramError::InvalidCall();
     if (std::isinf(result)) throw ProgramError::Overflow();
     return result;

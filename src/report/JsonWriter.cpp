@@ -1,8 +1,8 @@
 #include "report/JsonWriter.h"
 
-#include <array>
-#include <charconv>
 #include <cmath>
+
+#include "base/DoubleText.h"
 
 namespace tavrelle {
 
@@ -91,9 +91,7 @@ void JsonWriter::String(std::string_view text) {
 void JsonWriter::Number(double value) {
     if (!std::isfinite(value)) return Null();
     BeforeValue();
-    std::array<char, 32> buffer{};
-    auto [end, ec] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
-    out_.append(buffer.data(), end);
+    out_ += ShortestText(value);
 }
 
 void JsonWriter::Integer(std::int64_t value) {

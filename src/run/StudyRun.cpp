@@ -261,6 +261,17 @@ void RunStudy(std::vector<StudyPopulation>& populations, const RunSettings& sett
     const std::size_t workers = std::min(threads, populations.size());
     // One population at a time draws its random numbers on a second thread instead.
     const bool threaded = workers <= 1 && threads > 1;
+    // One worker needs no thread of its own: the caller runs the populations in turn, which is
+    // all a browser's worker can do.
+    if (workers == 1) {
+        for (StudyPopulation& population : populations) {
+            if (cancel && cancel->load()) return;
+            PopulationResult result = AnalyseStudyPopulation(population, settings, threaded);
+            population.table = Table();
+            deliver(std::move(result));
+        }
+        return;
+    }
     DeliveryQueue queue(populations.size(), 2 * workers);
     auto work = [&] {
         while (std::optional<std::size_t> index = queue.Take(cancel)) {

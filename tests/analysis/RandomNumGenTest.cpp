@@ -4,10 +4,12 @@
 
 #include <gtest/gtest.h>
 
-#include "base/ProgramError.h"
-
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <vector>
+
+#include "base/ProgramError.h"
 
 namespace tavrelle {
 namespace {
@@ -125,6 +127,12 @@ TEST(ClockSeed, CountsCalendarSecondsFromTheStartOf2003) {
     EXPECT_EQ(SecondsSince2003(2004, 3, 1, 0, 0, 0), 425LL * 86400);
     EXPECT_EQ(SecondsSince2003(2026, 11, 21, 12, 0, 0), 8725LL * 86400 + 12 * 3600);
     EXPECT_GT(SeedFromClock(), 700000000);
+}
+
+// The generator's constants are written as hexadecimal literals; their bits are fixed.
+TEST(RandomNumGen, ConstantsKeepTheirBits) {
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(RandomNumGen::kScale), 0x3E0000000AA00007ULL);
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(RandomNumGen::kCeiling), 0x3FEFFFFFBF935359ULL);
 }
 
 }  // namespace
