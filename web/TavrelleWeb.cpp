@@ -15,14 +15,19 @@
 #include <stdexcept>
 
 #include "analysis/ClockSeed.h"
+#include "base/Numbers.h"
 #include "base/ProgramError.h"
 #include "base/Version.h"
 #include "batch/BatchOptions.h"
-#include "batch/LocusMotifs.h"
+#include "population/DataFile.h"
+#include "population/DataFormat.h"
 #include "population/ExcelTexts.h"
 #include "population/FileKind.h"
+#include "population/GenepopText.h"
+#include "population/GenotypeCells.h"
 #include "population/InputDataSource.h"
-#include "report/ReportStream.h"
+#include "report/ReportSink.h"
+#include "run/StudyDriver.h"
 #include "run/StudyRun.h"
 
 namespace tavrelle {
@@ -57,38 +62,45 @@ std::string PlaceFile(const std::string& name, const std::string& bytes) {
     return file;
 }
 
-// The store of a data file as the open command loads it; a file that does not load throws
-// std::runtime_error with what the batch program would print.
+// The store of a data file as the batch program loads it: a three-digit Genepop file by the
+// store's own load, as the desktop reads it; every other text format by its reader (whose
+// populations keep their names). A file that does not load throws std::runtime_error with what
+// the batch program would print.
 struct LoadedFile {
-    explicit LoadedFile(const std::string& file) {
+    LoadedFile(const std::string& file, const std::string& bytes,
+               std::optional<FormatChoice> choice = std::nullopt) {
         if (IsExcelKind(KindOfFile(file))) throw std::runtime_error(file + kWorkbookRefusal);
-        StoreRequest request;
-        request.fileLocation = file;
-        try {
-            store = std::make_unique<InputDataSource>(request, prompter);
-        } catch (const ProgramError& error) {
-            throw std::runtime_error("Could not load " + file + ":\n" +
-                                     std::string(kOpenErrorCaption) + ": " + error.Description());
+        const DataFormat format = choice ? choice->format : DetectFormat(bytes);
+        if (format == DataFormat::Xls || format == DataFormat::Xlsx)
+            throw std::runtime_error(file + kWorkbookRefusal);
+        if (bytes.empty() || (format == DataFormat::Genepop && GenepopAlleleDigits(bytes) == 3)) {
+            OpenedDataFile opened =
+                OpenDataFileWith(file, FileKind::Genepop, "", nullptr, prompter);
+            if (opened.error) throw std::runtime_error("Could not load " + opened.error->Located());
+            store = std::move(opened.store);
+            return;
         }
-        if (!store->LocusNames().front().empty()) return;
-        std::string message = "Could not load " + file + ":";
-        if (store->PopulationOverSampleLimit() > 0)
-            message += " population " + std::to_string(store->PopulationOverSampleLimit()) +
-                       " has more than " + std::to_string(kLargestSampleNumber - 1) +
-                       " samples, the most a population of a Genepop file may have. Divide it "
-                       "into smaller populations.";
-        for (const Message& m : prompter.messages)
-            message += "\n" + m.text;
-        if (!prompter.examples.empty())
-            message +=
-                "\nThe requested Genepop file is not in the required format: a title line, the "
-                "locus names, then each population after a line \"Pop\".";
-        throw std::runtime_error(message);
+        GenotypeRead read =
+            ReadGenotypeText(bytes, file, choice.value_or(FormatChoice{format, {}}));
+        if (!read.Ok())
+            throw std::runtime_error("Could not load " + file + ":\n" + read.ProblemText());
+        for (const GenotypePopulation& population : read.data.populations)
+            populationNames.push_back(population.name);
+        store = std::make_unique<InputDataSource>(GenotypeCells(read.data), prompter);
     }
 
     RecordingPrompter prompter;
     std::unique_ptr<InputDataSource> store;
+    std::vector<std::string> populationNames;
 };
+
+// How many populations the store's table holds: one, and one more after each "Pop" row.
+int PopulationCount(const Table& all) {
+    int populations = 1;
+    for (std::int64_t row = 2; row < all.RecordCount(); ++row)
+        if (UpperCase(TrimBlanks(all.Cell(row, 1))) == "POP") ++populations;
+    return populations;
+}
 
 val Failure(const std::string& message, bool usage) {
     val result = val::object();
@@ -107,7 +119,7 @@ val StringList(const std::vector<std::string>& texts) {
 // What the page shows before a run: the title, the loci and how many populations.
 val DescribeFile(const std::string& name, const std::string& bytes) {
     try {
-        LoadedFile loaded(PlaceFile(name, bytes));
+        LoadedFile loaded(PlaceFile(name, bytes), bytes);
         val result = val::object();
         result.set("title", loaded.store->TitleLine());
         result.set("loci", StringList(loaded.store->LocusNames()));
@@ -118,20 +130,34 @@ val DescribeFile(const std::string& name, const std::string& bytes) {
     }
 }
 
-// The reports of the batch program, each a text made one population at a time.
-struct Reports {
+// The reports of the batch program, each a text made one population at a time, and the page's
+// progress as each population is written.
+struct Reports : StudySink {
     struct Entry {
         const char* name;
-        std::unique_ptr<ReportStream> stream;
         std::string text;
     };
     std::vector<Entry> entries;
+    ReportSink sink;
+    val progress = val::undefined();
+    int total = 0;
+    int done = 0;
+    int analysed = 0;
 
-    template <typename Piece>
-    void Write(Piece piece) {
-        for (Entry& entry : entries)
-            entry.text += piece(*entry.stream);
+    Reports() { entries.reserve(3); }
+    void Add(const char* name, std::unique_ptr<ReportStream> stream) {
+        Entry& entry = entries.emplace_back(Entry{name, {}});
+        sink.Add(std::move(stream), [&entry](const std::string& piece) { entry.text += piece; });
     }
+    void Begin(const StudyHeader& header) override { sink.Begin(header); }
+    void Population(const PopulationResult& population) override {
+        sink.Population(population);
+        analysed += population.Analysed() ? 1 : 0;
+        ++done;
+        if (progress.typeOf().as<std::string>() == "function")
+            progress(done, total, population.number, population.name, population.Analysed());
+    }
+    void End() override { sink.End(); }
 };
 
 // A study of the file with the batch program's command-line arguments (the options without the
@@ -143,66 +169,29 @@ val RunStudyOfFile(const std::string& name, const std::string& bytes, val argume
         const std::string file = PlaceFile(name, bytes);
         words.push_back(file);
         BatchOptions options = ParseBatchOptions(words);
-        options.threads = 1;
 
         std::ostringstream notes;
-        LoadedFile loaded(file);
-        InputDataSource& store = *loaded.store;
-        StudySettings settings;
-        settings.repeatByLocus = MotifsOfLoci(store.LocusNames(), options.repeatByLocus, {},
-                                              options.repeatForAll, notes);
-        std::vector<StudyPopulation> chosen;
-        if (options.populations.empty()) {
-            chosen = StudyPopulations(store);
-        } else {
-            int count = 0;
-            chosen = StudyPopulations(store, options.populations, count);
-            for (int number : options.populations)
-                if (number > count)
-                    throw BatchUsageError(
-                        "--population: " + file + " has " + std::to_string(count) +
-                        " population(s): there is no population " + std::to_string(number) + ".");
-        }
-        store.rsAllData = Table();
-        store.rsAlleleData = Table();
-
-        BatchHeader header;
-        header.file = file;
-        header.title = store.TitleLine();
-        header.clockSeed = !options.seed;
-        header.seed = options.seed ? *options.seed : SeedFromClock();
-        header.randomisations = options.randomisations;
-        header.confidenceCode = options.confidenceCode;
-        header.maxAlleleSize = static_cast<Int16>(std::stoi(options.maxAlleleSize));
-
-        settings.seed = header.seed;
-        settings.randomisations = options.randomisations;
-        settings.confidenceCode = options.confidenceCode;
-        settings.repeatForAll = options.repeatForAll;
-        settings.maxAlleleSize = options.maxAlleleSize;
-        settings.onSuspect = options.onSuspect;
-        settings.tableFolder = kTableFolder;
-        settings.threads = 1;
-        settings.bootstrap = options.bootstrap;
+        LoadedFile loaded(file, bytes, options.format);
+        StudyJob job;
+        job.file = file;
+        job.settings = options.settings;
+        if (job.settings.clockSeed) job.settings.seed = SeedFromClock();
+        job.settings.tableFolder = kTableFolder;
+        job.settings.threads = 1;
+        job.populations = options.populations;
+        job.repeatByName = options.repeatByLocus;
+        job.populationNames = loaded.populationNames;
 
         Reports reports;
-        reports.entries.push_back({"json", MakeJsonReport(), {}});
-        reports.entries.push_back({"csv", MakeCsvReport(), {}});
-        reports.entries.push_back({"report", MakeHtmlReport(settings), {}});
-        reports.Write([&](ReportStream& stream) { return stream.Begin(header); });
-        const int total = static_cast<int>(chosen.size());
-        int done = 0;
-        int analysed = 0;
-        RunStudy(chosen, settings, [&](PopulationResult&& population) {
-            if (population.stopReason == StopReason::SuspectValues && population.action == "stop")
-                population.error->insert(population.error->size() - 1, " (--on-suspect stop)");
-            analysed += population.Analysed() ? 1 : 0;
-            reports.Write([&](ReportStream& stream) { return stream.Population(population); });
-            ++done;
-            if (progress.typeOf().as<std::string>() == "function")
-                progress(done, total, population.number, population.name, population.Analysed());
-        });
-        reports.Write([&](ReportStream& stream) { return stream.End(); });
+        reports.Add("json", MakeJsonReport());
+        reports.Add("csv", MakeCsvReport());
+        reports.Add("report", MakeHtmlReport());
+        reports.progress = progress;
+        reports.total = job.populations.empty() ? PopulationCount(loaded.store->AllData())
+                                                : static_cast<int>(job.populations.size());
+        RunStudyJob(*loaded.store, job, reports, notes);
+        const int done = reports.done;
+        const int analysed = reports.analysed;
 
         val result = val::object();
         for (const Reports::Entry& entry : reports.entries)

@@ -18,11 +18,13 @@
 #include <vector>
 
 #include "base/ProgramError.h"
+#include "population/DataFile.h"
 #include "population/FileKind.h"
 #include "population/InputDataSource.h"
 #include "population/PopulationName.h"
 #include "report/ReportStream.h"
 #include "run/EstimateColour.h"
+#include "run/StudyDriver.h"
 #include "run/StudyHeatMap.h"
 #include "run/StudyRun.h"
 #include "run/StudyTable.h"
@@ -35,9 +37,9 @@ using Store = std::unique_ptr<InputDataSource>;
 using Load = std::function<Store(const std::string& path, Prompter& prompter)>;
 
 Store LoadGenepop(const std::string& path, Prompter& prompter) {
-    StoreRequest request;
-    request.fileLocation = path;
-    return std::make_unique<InputDataSource>(request, prompter);
+    OpenedDataFile opened = OpenDataFileWith(path, FileKind::Genepop, "", nullptr, prompter);
+    if (opened.error) throw std::runtime_error(opened.error->Located());
+    return std::move(opened.store);
 }
 
 // The engine's readers by the names read_genotypes() takes: a new reader is one more row.
@@ -73,8 +75,8 @@ struct LoadedStore {
         }
         try {
             store = reader->second(path, prompter);
-        } catch (const ProgramError& error) {
-            Rcpp::stop("Could not load " + path + ": " + error.Description());
+        } catch (const std::exception& error) {
+            Rcpp::stop(std::string("Could not load ") + error.what());
         }
         if (store->LocusNames().front().empty()) {
             std::string message = "Could not load " + path + ":";
@@ -93,7 +95,7 @@ struct LoadedStore {
 // The run's motifs as the batch program takes them: by locus name, with an unnamed one for every
 // other locus. A name the data lack, or a locus left without a motif, stops with its names.
 void SetMotifs(const std::vector<std::string>& loci, Rcpp::IntegerVector motifs,
-               StudySettings& settings) {
+               RunSettings& settings) {
     const Rcpp::CharacterVector names = motifs.hasAttribute("names")
                                             ? Rcpp::CharacterVector(motifs.names())
                                             : Rcpp::CharacterVector(motifs.size(), "");
@@ -295,24 +297,17 @@ Rcpp::List EngineStudy(std::string path, std::string format, std::string label,
     LoadedStore loaded(path, format);
     InputDataSource& store = *loaded.store;
 
-    StudySettings settings;
+    RunSettings settings;
     SetMotifs(store.LocusNames(), motifs, settings);
     std::vector<StudyPopulation> populations = StudyPopulations(store);
     // Each population has its own table now; the store's copy of the whole file is not needed.
     store.rsAllData = Table();
     store.rsAlleleData = Table();
 
-    BatchHeader header;
-    header.file = label;
-    header.title = store.TitleLine();
-    header.seed = seed;
-    header.randomisations = static_cast<Int16>(randomisations);
-    header.confidenceCode = static_cast<Int16>(confidenceCode);
-    header.maxAlleleSize = static_cast<Int16>(maxAlleleSize);
-
     settings.seed = seed;
-    settings.randomisations = header.randomisations;
-    settings.confidenceCode = header.confidenceCode;
+    settings.clockSeed = false;
+    settings.randomisations = static_cast<Int16>(randomisations);
+    settings.confidence = ConfidenceFromCode(confidenceCode).value_or(Confidence::Percent95);
     settings.maxAlleleSize = std::to_string(maxAlleleSize);
     settings.onSuspect = onSuspect == "stop"   ? SuspectPolicy::Stop
                          : onSuspect == "omit" ? SuspectPolicy::Omit
@@ -321,10 +316,15 @@ Rcpp::List EngineStudy(std::string path, std::string format, std::string label,
     settings.threads = threads;
     settings.bootstrap = bootstrap;
 
+    StudyHeader header;
+    header.file = label;
+    header.title = store.TitleLine();
+    header.settings = settings;
+
     const std::unique_ptr<ReportStream> csv = MakeCsvReport();
-    const std::unique_ptr<ReportStream> html = MakeHtmlReport(settings);
+    const std::unique_ptr<ReportStream> html = MakeHtmlReport();
     std::string csvText = csv->Begin(header);
-    html->Begin(header);
+    std::string htmlText = html->Begin(header);
     Verdicts verdicts;
     StudyTable overview;
     const std::size_t total = populations.size();
@@ -337,7 +337,7 @@ Rcpp::List EngineStudy(std::string path, std::string format, std::string label,
         // Populations named by the caller (a data frame's) keep their names.
         if (static_cast<std::size_t>(p.number - 1) < names.size()) p.name = names[p.number - 1];
         csvText += csv->Population(p);
-        html->Population(p);
+        htmlText += html->Population(p);
         verdicts.Add(p);
         overview.Add(p);
         handover.Deliver({p.number, p.name, p.Analysed()});
@@ -373,8 +373,9 @@ Rcpp::List EngineStudy(std::string path, std::string format, std::string label,
         }
     }
     csvText += csv->End();
+    htmlText += html->End();
     return Rcpp::List::create(
-        Rcpp::Named("csv") = csvText, Rcpp::Named("html") = html->End(),
+        Rcpp::Named("csv") = csvText, Rcpp::Named("html") = htmlText,
         Rcpp::Named("verdicts") = Rcpp::List::create(Rcpp::Named("population") = verdicts.number,
                                                      Rcpp::Named("verdict") = verdicts.verdict),
         Rcpp::Named("heat_map") = HeatMapOf(overview),
