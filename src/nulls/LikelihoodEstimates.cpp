@@ -8,14 +8,17 @@
 #include "base/Numbers.h"
 #include "nulls/NullAlleleEm.h"
 #include "nulls/NullAlleleEstimates.h"
+#include "nulls/NullFailureModel.h"
 
 namespace tavrelle {
 
 namespace {
 
-// The seven estimates of every locus and F, for the sample drawn with `multiplicity`.
+// The eight estimates and the failure rate of every locus and F, for the sample drawn with
+// `multiplicity`.
 struct SampleEstimates {
     std::vector<std::array<double, kEstimateCount>> loci;
+    std::vector<double> failureRates;
     double f = kNoValue;
 };
 
@@ -69,7 +72,16 @@ SampleEstimates Estimate(const std::vector<CodedLocus>& loci, const std::vector<
         e[kEm] = tally.Individuals() > 0 ? em.nulls[l] : kNoValue;
         // Without blanks the two models are one.
         e[kEmMissing] = tally.blanks > 0 ? EmMissingNullFrequency(tally) : e[kEm];
+        // Without blanks no sample failed, and the model is `em`'s.
+        double failureRate = tally.Individuals() > 0 ? 0.0 : kNoValue;
+        e[kEmFailure] = e[kEm];
+        if (tally.blanks > 0) {
+            const FailureFit failure = FitFailureModel(tally);
+            e[kEmFailure] = failure.nullFrequency;
+            failureRate = failure.failureRate;
+        }
         result.loci.push_back(e);
+        result.failureRates.push_back(failureRate);
     }
     ModelFit reported;
     if (joint) {
@@ -94,9 +106,11 @@ PopulationEstimates EstimateNullAllelesAndInbreeding(const std::vector<std::stri
     JointFit joint;
     const SampleEstimates whole = Estimate(loci, std::vector<int>(individuals, 1), &joint);
 
-    // Replicate r's values stand at index r whatever thread computed them.
+    // Replicate r's values stand at index r whatever thread computed them: the estimates by
+    // locus, then the failure rates, then F.
     const std::size_t replicates = static_cast<std::size_t>(std::max(0, settings.replicates));
-    const std::size_t slots = loci.size() * kEstimateCount + 1;
+    const std::size_t failureSlots = loci.size() * kEstimateCount;
+    const std::size_t slots = failureSlots + loci.size() + 1;
     std::vector<std::vector<double>> drawn(slots, std::vector<double>(replicates, kNoValue));
     auto work = [&](std::size_t from, std::size_t to) {
         std::vector<int> multiplicity(individuals);
@@ -106,6 +120,8 @@ PopulationEstimates EstimateNullAllelesAndInbreeding(const std::vector<std::stri
             for (std::size_t l = 0; l < loci.size(); ++l)
                 for (std::size_t e = 0; e < kEstimateCount; ++e)
                     drawn[l * kEstimateCount + e][r] = sample.loci[l][e];
+            for (std::size_t l = 0; l < loci.size(); ++l)
+                drawn[failureSlots + l][r] = sample.failureRates[l];
             drawn[slots - 1][r] = sample.f;
         }
     };
@@ -125,6 +141,8 @@ PopulationEstimates EstimateNullAllelesAndInbreeding(const std::vector<std::stri
         locus.estimates = whole.loci[l];
         for (std::size_t e = 0; e < kEstimateCount; ++e)
             locus.intervals[e] = PercentileInterval(drawn[l * kEstimateCount + e]);
+        locus.failureRate = whole.failureRates[l];
+        locus.failureInterval = PercentileInterval(drawn[failureSlots + l]);
         result.loci.push_back(std::move(locus));
     }
     InbreedingResult& inbreeding = result.inbreeding;

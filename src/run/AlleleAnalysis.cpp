@@ -230,6 +230,7 @@ void AlleleAnalysis::LocusAnalysis(Int16 locus, Int16 confidenceCode) {
     l.decisions.lowerClassExcess =
         LowerClassExcessTest(l.observedHomozygotes, l.observedDifferences.at(0));
     l.decisions.largeDifferencesScarce = LargeDifferenceTest(l.observedDifferences);
+    l.verdictFractions = VerdictFractionsOf(l, n, confidenceCode);
 }
 
 }  // namespace tavrelle

@@ -25,7 +25,7 @@ namespace {
 const std::array<QColor, kEstimateCount> kColours = {
     QColor(0x1f, 0x77, 0xb4), QColor(0xff, 0x7f, 0x0e), QColor(0x2c, 0xa0, 0x2c),
     QColor(0xd6, 0x27, 0x28), QColor(0x94, 0x67, 0xbd), QColor(0x8c, 0x56, 0x4b),
-    QColor(0x17, 0xbe, 0xcf)};
+    QColor(0x17, 0xbe, 0xcf), QColor(0xe3, 0x77, 0xc2)};
 
 QString Number(double value) {
     return std::isfinite(value) ? QString::number(value, 'f', 3) : QString("–");
@@ -195,15 +195,23 @@ void frmLikelihood::Compute() {
 
 void frmLikelihood::ShowResult() {
     const InbreedingResult& f = result_.inbreeding;
-    InbreedingLabel->setText(QString("Best model: %1.  %2")
+    // A model choice by AIC can favour F while its interval still reaches 0: say so, rather
+    // than let "inbreeding" stand as a finding.
+    const bool fUnclear = f.interval.low <= 0 && f.interval.high >= 0;
+    const bool withF = f.model == NestedModel::kInbreeding || f.model == NestedModel::kBoth;
+    const QString caution = withF && fUnclear
+                                ? "  No clear evidence of inbreeding: F's 95% interval includes 0."
+                                : QString();
+    InbreedingLabel->setText(QString("Best model: %1.  %2%3")
                                  .arg(kNestedModelNames[static_cast<std::size_t>(f.model)],
-                                      QString::fromStdString(f.verdict)));
+                                      QString::fromStdString(f.verdict), caution));
     EstimatesTable->clear();
     EstimatesTable->setRowCount(static_cast<int>(result_.loci.size()));
-    EstimatesTable->setColumnCount(static_cast<int>(kEstimateCount));
+    EstimatesTable->setColumnCount(static_cast<int>(kEstimateCount) + 1);
     QStringList headers;
     for (const char* label : kEstimateLabels)
         headers << label;
+    headers << "Failure rate";
     EstimatesTable->setHorizontalHeaderLabels(headers);
     QStringList names;
     for (std::size_t l = 0; l < result_.loci.size(); ++l) {
@@ -213,6 +221,9 @@ void frmLikelihood::ShowResult() {
             EstimatesTable->setItem(
                 static_cast<int>(l), static_cast<int>(e),
                 new QTableWidgetItem(WithInterval(locus.estimates[e], locus.intervals[e])));
+        EstimatesTable->setItem(
+            static_cast<int>(l), static_cast<int>(kEstimateCount),
+            new QTableWidgetItem(WithInterval(locus.failureRate, locus.failureInterval)));
     }
     EstimatesTable->setVerticalHeaderLabels(names);
     EstimatesTable->resizeColumnsToContents();
@@ -222,8 +233,8 @@ void frmLikelihood::ShowResult() {
     emit Computed();
 }
 
-// Seven estimates with intervals are wider than the window's first size: the window grows to
-// show every column, as far as the screen allows.
+// Eight estimates and a failure rate with intervals are wider than the window's first size: the
+// window grows to show every column, as far as the screen allows.
 void frmLikelihood::WidenToTable() {
     int needed = EstimatesTable->verticalHeader()->width() + 2 * EstimatesTable->frameWidth();
     for (int column = 0; column < EstimatesTable->columnCount(); ++column)
