@@ -22,20 +22,22 @@ struct SampleEstimates {
     double f = kNoValue;
 };
 
-std::array<double, 4> PrescribedEstimates(const CodedLocus& locus,
-                                          const std::vector<int>& multiplicity) {
-    GenotypeSet set;
-    long long blanks = 0;
-    for (std::size_t i = 0; i < locus.genotypes.size(); ++i) {
-        const CodedGenotype& g = locus.genotypes[i];
-        if (g.kind == CodedGenotype::kBlank) blanks += multiplicity[i];
-        if (g.kind != CodedGenotype::kScored) continue;
-        const auto [a, b] = locus.sizes[i];
-        for (int k = 0; k < multiplicity[i]; ++k)
-            set.push_back({a, b, static_cast<Int16>(std::abs(a - b))});
-    }
+// The four closed formulas from a tally, with the arithmetic of the run's own estimates.
+std::array<double, 4> PrescribedEstimates(const LocusGenotypeTally& tally) {
     try {
-        return CalculateNullAllele(set, Narrow16(blanks), false).estimates;
+        const Int16 n = Narrow16(static_cast<long long>(tally.Scored()));
+        if (n == 0) return {};  // no genotype: the run leaves every estimate at 0
+        std::vector<ClassCounts> classes;
+        for (std::size_t i = 0; i < tally.alleles.size(); ++i) {
+            const auto homozygotes = static_cast<long long>(tally.homozygotes[i]);
+            const auto heterozygotes = static_cast<long long>(tally.heterozygousCopies[i]);
+            if (homozygotes + heterozygotes > 0)
+                classes.push_back(
+                    {tally.alleles[i], Narrow16(homozygotes), Narrow16(heterozygotes)});
+        }
+        const Int16 h2 = Narrow16(2 * static_cast<long long>(tally.heterozygotes));
+        return ClosedFormEstimates(classes, n, h2, Narrow16(static_cast<long long>(tally.blanks)),
+                                   nullptr);
     } catch (const ProgramError&) {
         // A sample where a formula has no value (a negative square root, an overflow).
         return {kNoValue, kNoValue, kNoValue, kNoValue};
@@ -60,14 +62,16 @@ ModelFit FitReplicate(const std::vector<LocusGenotypeTally>& tallies, const Join
 SampleEstimates Estimate(const std::vector<CodedLocus>& loci, const std::vector<int>& multiplicity,
                          JointFit* joint, const JointFit* sample = nullptr) {
     SampleEstimates result;
-    std::vector<LocusGenotypeTally> tallies;
-    for (const CodedLocus& locus : loci)
-        tallies.push_back(TallyLocus(locus, multiplicity));
+    thread_local std::vector<LocusGenotypeTally>
+        tallies;  // storage kept from replicate to replicate
+    tallies.resize(loci.size());
+    for (std::size_t l = 0; l < loci.size(); ++l)
+        TallyLocus(loci[l], multiplicity, tallies[l]);
     const ModelFit em = FitModel(tallies, {.nulls = true, .inbreeding = false});
     for (std::size_t l = 0; l < loci.size(); ++l) {
         const LocusGenotypeTally& tally = tallies[l];
         std::array<double, kEstimateCount> e{};
-        const std::array<double, 4> prescribed = PrescribedEstimates(loci[l], multiplicity);
+        const std::array<double, 4> prescribed = PrescribedEstimates(tally);
         std::copy(prescribed.begin(), prescribed.end(), e.begin());
         e[kEm] = tally.Individuals() > 0 ? em.nulls[l] : kNoValue;
         // Without blanks the two models are one.

@@ -48,6 +48,21 @@ struct AlleleClassFrequency {
     double q = 0;
 };
 
+// Individuals homozygous for an allele class and the times it occurs in heterozygotes.
+struct ClassCounts {
+    Int16 size;
+    Int16 homozygotes;
+    Int16 heterozygotes;
+};
+
+// The four estimates from the allele classes of a locus (ascending sizes, each present), its n
+// scored individuals, their h2 heterozygous allele copies and the blanks; `frequencies`, when
+// given, receives each class's p and q. The bootstrap calls it on tallies, CalculateNullAllele on
+// genotypes: one arithmetic for both.
+std::array<double, 4> ClosedFormEstimates(const std::vector<ClassCounts>& classes, Int16 n,
+                                          Int16 h2, Int16 blanks,
+                                          std::vector<AlleleClassFrequency>* frequencies);
+
 // The Brookfield 2 estimate from the expected heterozygosity, the heterozygous allele copies h2
 // among n scored individuals, and the individuals with no genotype. Where its square root has no
 // real value the power operation fails (Invalid procedure call), as the run time's does.

@@ -221,7 +221,24 @@ FailureFit FitFailureModel(const LocusGenotypeTally& locus) {
         none.converged = true;
         return none;
     }
-    return FailureFitter(locus).Fit();
+    // Without a homozygote excess among the scored samples (the slope towards r at r = 0, the
+    // sum of 2 h_i / p_i over the apparent homozygotes, no steeper than the slope 2N towards
+    // the visible alleles), the maximum lies at r = 0 with the observed allele frequencies,
+    // and every blank is a failure: beta = B / N, no iteration needed. The factor 1 / (1 - r^2)
+    // that the scored samples' share brings in has slope 0 at r = 0.
+    const double scored = locus.Scored();
+    FailureFit fit;
+    double slope = 0;
+    for (std::size_t i = 0; i < locus.alleles.size(); ++i) {
+        const double p = (2 * locus.homozygotes[i] + locus.heterozygousCopies[i]) / (2 * scored);
+        fit.visible.push_back(p);
+        if (locus.homozygotes[i] > 0) slope += locus.homozygotes[i] / p;
+    }
+    if (slope > scored) return FailureFitter(locus).Fit();
+    fit.failureRate = locus.blanks / locus.Individuals();
+    fit.logLikelihood = FailureLogLikelihood(locus, fit.visible, 0.0, fit.failureRate);
+    fit.converged = true;
+    return fit;
 }
 
 double FailureLogLikelihood(const LocusGenotypeTally& t, const std::vector<double>& visible,

@@ -74,7 +74,10 @@ double LocusLogLikelihood(const LocusGenotypeTally& t, double f, const double* p
 class Fitter {
 public:
     Fitter(std::span<const LocusGenotypeTally> loci, ModelTerms terms)
-        : loci_(loci), terms_(terms), layout_(loci), boundary_(Boundary()) {}
+        : loci_(loci), terms_(terms), layout_(loci), boundary_(Boundary()) {
+        for (const LocusGenotypeTally& locus : loci)
+            scored_.push_back(locus.Scored());  // read at every step
+    }
 
     // The parameters of an earlier fit of the same loci and terms as a start. F, and a null
     // allele that fit put at 0, start from 0.01, so that EM finds out afresh which side of the
@@ -145,7 +148,7 @@ public:
                 out[i] = c;
                 copies += c;
             }
-            individuals += t.Scored();
+            individuals += scored_[l];
             if (terms_.nulls && t.blanks > 0) {
                 const double descent = f * pn;
                 const double share = t.blanks / (descent + (1 - f) * pn * pn);
@@ -159,16 +162,6 @@ public:
             next[layout_.Null(l, t)] = copies > 0 ? nullCopies / copies : 0.0;
         }
         next[0] = terms_.inbreeding && individuals > 0 ? ibd / individuals : 0.0;
-    }
-
-    double Likelihood(const std::vector<double>& theta) const {
-        double sum = 0;
-        for (std::size_t l = 0; l < loci_.size(); ++l) {
-            const LocusGenotypeTally& t = loci_[l];
-            sum += LocusLogLikelihood(t, theta[0], &theta[layout_.Visible(l)],
-                                      theta[layout_.Null(l, t)]);
-        }
-        return sum;
     }
 
     // Log-likelihood of theta with blanks left aside where the model has no null allele, so
@@ -210,7 +203,7 @@ public:
             fit.visible.emplace_back(begin, begin + static_cast<std::ptrdiff_t>(t.alleles.size()));
             fit.nulls.push_back(theta[layout_.Null(l, t)]);
         }
-        fit.logLikelihood = Likelihood(theta);
+        // The callers set the log-likelihood once the boundary values are rounded to 0.
         return fit;
     }
 
@@ -351,6 +344,7 @@ private:
     ModelTerms terms_;
     Layout layout_;
     std::vector<std::size_t> boundary_;
+    std::vector<double> scored_;
 };
 
 // Below the EM's precision a frequency is reported as 0: the fit stands on the boundary.
