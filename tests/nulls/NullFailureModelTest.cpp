@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "Simulator.h"
+#include "nulls/LikelihoodEstimates.h"
 #include "nulls/NullAlleleEm.h"
 
 namespace tavrelle {
@@ -154,6 +155,44 @@ TEST(NullFailureModel, TellsFailuresFromNullAllelesOnSimulatedLoci) {
             EXPECT_GT(EmNullFrequency(t), 0.3) << c.what;
         }
     }
+}
+
+// The case: no null allele, 25% random failures at some loci. `em` reads the failures
+// as null alleles; `em_failure` and its interval do not, and the failure rate is found. A locus
+// without blanks has em_failure = em and no failure.
+TEST(NullFailureModel, FailuresAloneDoNotReadAsNullAllelesInThePopulationEstimates) {
+    simulate::SimulationParameters parameters;
+    parameters.seed = 77;
+    parameters.sample_counts = {300};
+    for (std::size_t l = 0; l < 4; ++l) {
+        simulate::LocusRequest request;
+        request.missing = l < 3 ? 0.25 : 0.0;
+        parameters.loci.push_back(simulate::ResolveLocus(request, parameters.seed, l));
+    }
+    const simulate::SimulatedData data = simulate::Simulate(parameters);
+    std::vector<CodedLocus> loci;
+    for (std::size_t l = 0; l < data.loci.size(); ++l) {
+        std::vector<std::pair<Int16, Int16>> sizes;
+        for (const simulate::Sample& s : data.populations[0].samples)
+            sizes.emplace_back(static_cast<Int16>(s.scored[l].first),
+                               static_cast<Int16>(s.scored[l].second));
+        loci.push_back(CodeLocus(sizes));
+    }
+    const PopulationEstimates result =
+        EstimateNullAllelesAndInbreeding({"A", "B", "C", "D"}, loci, {5, 200, 2});
+    for (std::size_t l = 0; l < 3; ++l) {
+        const LocusEstimates& locus = result.loci[l];
+        EXPECT_GT(locus.estimates[kEm], 0.2) << locus.name;
+        EXPECT_LT(locus.estimates[kEmFailure], 0.03) << locus.name;
+        EXPECT_LT(locus.intervals[kEmFailure].low, 0.01) << locus.name;
+        // Three standard errors of a share of 300 samples; coverage is for docs/validation.md.
+        EXPECT_NEAR(locus.failureRate, 0.25, 0.075) << locus.name;
+        EXPECT_LT(locus.failureInterval.low, locus.failureRate) << locus.name;
+        EXPECT_GT(locus.failureInterval.high, locus.failureRate) << locus.name;
+    }
+    const LocusEstimates& clean = result.loci[3];
+    EXPECT_EQ(clean.estimates[kEmFailure], clean.estimates[kEm]);
+    EXPECT_EQ(clean.failureRate, 0.0);
 }
 
 }  // namespace
