@@ -5,7 +5,7 @@
 #include <cmath>
 #include <functional>
 
-#include "Simulator.h"
+#include "../support/SimulatedPopulation.h"
 #include "nulls/LikelihoodEstimates.h"
 #include "nulls/NullAlleleEm.h"
 
@@ -169,17 +169,8 @@ TEST(NullFailureModel, FailuresAloneDoNotReadAsNullAllelesInThePopulationEstimat
         request.missing = l < 3 ? 0.25 : 0.0;
         parameters.loci.push_back(simulate::ResolveLocus(request, parameters.seed, l));
     }
-    const simulate::SimulatedData data = simulate::Simulate(parameters);
-    std::vector<CodedLocus> loci;
-    for (std::size_t l = 0; l < data.loci.size(); ++l) {
-        std::vector<std::pair<Int16, Int16>> sizes;
-        for (const simulate::Sample& s : data.populations[0].samples)
-            sizes.emplace_back(static_cast<Int16>(s.scored[l].first),
-                               static_cast<Int16>(s.scored[l].second));
-        loci.push_back(CodeLocus(sizes));
-    }
-    const PopulationEstimates result =
-        EstimateNullAllelesAndInbreeding({"A", "B", "C", "D"}, loci, {5, 200, 2});
+    const PopulationEstimates result = EstimateNullAllelesAndInbreeding(
+        SimulatedPopulationTable(simulate::Simulate(parameters)), {5, 200, 2});
     for (std::size_t l = 0; l < 3; ++l) {
         const LocusEstimates& locus = result.loci[l];
         EXPECT_GT(locus.estimates[kEm], 0.2) << locus.name;

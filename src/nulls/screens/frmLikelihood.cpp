@@ -202,9 +202,16 @@ void frmLikelihood::ShowResult() {
     const QString caution = withF && fUnclear
                                 ? "  No clear evidence of inbreeding: F's 95% interval includes 0."
                                 : QString();
-    InbreedingLabel->setText(QString("Best model: %1.  %2%3")
+    // The log-likelihoods the choice rests on (least AIC = 2 parameters - 2 log L).
+    QStringList fits;
+    for (std::size_t m = 0; m < f.logLikelihoods.size(); ++m)
+        fits << QString("%1 %2").arg(kNestedModelNames[m],
+                                     std::isfinite(f.logLikelihoods[m])
+                                         ? QString::number(f.logLikelihoods[m], 'f', 1)
+                                         : QString("impossible (blanks)"));
+    InbreedingLabel->setText(QString("Best model: %1.  %2%3\nLog-likelihoods: %4.")
                                  .arg(kNestedModelNames[static_cast<std::size_t>(f.model)],
-                                      QString::fromStdString(f.verdict), caution));
+                                      QString::fromStdString(f.verdict), caution, fits.join(", ")));
     EstimatesTable->clear();
     EstimatesTable->setRowCount(static_cast<int>(result_.loci.size()));
     EstimatesTable->setColumnCount(static_cast<int>(kEstimateCount) + 1);
@@ -213,14 +220,23 @@ void frmLikelihood::ShowResult() {
         headers << label;
     headers << "Failure rate";
     EstimatesTable->setHorizontalHeaderLabels(headers);
+    const QString negative =
+        "Below 0 where the locus has fewer homozygotes than expected: read as no null allele.";
+    for (int e = 0; e < 4; ++e)
+        EstimatesTable->horizontalHeaderItem(e)->setToolTip(negative);
+    EstimatesTable->horizontalHeaderItem(static_cast<int>(kEmFailure))
+        ->setToolTip("Null allele frequency when blanks may also be failed amplifications");
+    EstimatesTable->horizontalHeaderItem(static_cast<int>(kEstimateCount))
+        ->setToolTip("Share of samples whose amplification failed, whatever they carry");
     QStringList names;
     for (std::size_t l = 0; l < result_.loci.size(); ++l) {
         const LocusEstimates& locus = result_.loci[l];
         names << QString::fromStdString(locus.name);
-        for (std::size_t e = 0; e < kEstimateCount; ++e)
-            EstimatesTable->setItem(
-                static_cast<int>(l), static_cast<int>(e),
-                new QTableWidgetItem(WithInterval(locus.estimates[e], locus.intervals[e])));
+        for (std::size_t e = 0; e < kEstimateCount; ++e) {
+            auto* item = new QTableWidgetItem(WithInterval(locus.estimates[e], locus.intervals[e]));
+            if (locus.estimates[e] < 0) item->setToolTip(negative);
+            EstimatesTable->setItem(static_cast<int>(l), static_cast<int>(e), item);
+        }
         EstimatesTable->setItem(
             static_cast<int>(l), static_cast<int>(kEstimateCount),
             new QTableWidgetItem(WithInterval(locus.failureRate, locus.failureInterval)));
