@@ -5,21 +5,13 @@
 #include <cmath>
 #include <functional>
 
+#include "../support/GenotypeCounts.h"
 #include "../support/SimulatedPopulation.h"
 #include "nulls/LikelihoodEstimates.h"
 #include "nulls/NullAlleleEm.h"
 
 namespace tavrelle {
 namespace {
-
-// A locus from genotype counts: {first, second, individuals}; {0, 0, n} are blanks.
-LocusGenotypeTally Tally(std::initializer_list<std::array<int, 3>> genotypes) {
-    std::vector<std::pair<Int16, Int16>> sizes;
-    for (const auto& [a, b, n] : genotypes)
-        for (int k = 0; k < n; ++k)
-            sizes.emplace_back(static_cast<Int16>(a), static_cast<Int16>(b));
-    return TallyLocus(CodeLocus(sizes), std::vector<int>(sizes.size(), 1));
-}
 
 // A direct maximisation for two visible alleles, apart from EM: p_1 = (1 - r) s, p_2 =
 // (1 - r)(1 - s), and (s, r, beta) searched on ever finer grids around the best point.
