@@ -54,7 +54,8 @@ TEST(VerdictFractions, HandWorkedFractionsAndBorderlines) {
 TEST(VerdictFractions, FractionAgreesWithTheBoundsDecision) {
     const RoundMatrix uneven =
         Rounds(3, 200, [](int c, int k) { return (k * k) / (300 + 100 * c) + (k > 190 ? 3 : 0); });
-    for (Int16 code : {k95Percent, k99Percent, kFullRange, kBonferroni}) {
+    for (Confidence code : {Confidence::Percent95, Confidence::Percent99, Confidence::FullRange,
+                            Confidence::Bonferroni}) {
         const BoundRanks ranks = ConfidenceRanks(uneven, 200, code);
         const BoundsTable bounds = ConfidenceBounds(uneven, 200, code);
         for (int c = 0; c < 3; ++c)
@@ -63,9 +64,11 @@ TEST(VerdictFractions, FractionAgreesWithTheBoundsDecision) {
                 const TestFraction deficit = DeficitFraction(uneven, c, observed, ranks.lower);
                 const auto i = static_cast<std::size_t>(c);
                 EXPECT_EQ(excess.fraction <= excess.threshold, observed > bounds.upper[i])
-                    << "code " << code << " class " << c << " observed " << observed;
+                    << "code " << ConfidenceCode(code) << " class " << c << " observed "
+                    << observed;
                 EXPECT_EQ(deficit.fraction <= deficit.threshold, observed < bounds.lower[i])
-                    << "code " << code << " class " << c << " observed " << observed;
+                    << "code " << ConfidenceCode(code) << " class " << c << " observed "
+                    << observed;
             }
     }
 }
@@ -77,10 +80,10 @@ LocusTestResult Locus(Int16 zeroClass, Int16 oneRepeat, Int16 homozygotes) {
     l.repeat = 1;
     l.observedDifferences = {zeroClass, oneRepeat, 5};
     l.randomDifferences = Rounds(3, 1000, [](int, int k) { return k / 10; });
-    l.differenceBounds = ConfidenceBounds(l.randomDifferences, 1000, k95Percent);
+    l.differenceBounds = ConfidenceBounds(l.randomDifferences, 1000, Confidence::Percent95);
     l.observedHomozygotes = {homozygotes};
     l.randomHomozygotes = Rounds(1, 1000, [](int, int k) { return k / 10; });
-    l.homozygoteBounds = ConfidenceBounds(l.randomHomozygotes, 1000, k95Percent);
+    l.homozygoteBounds = ConfidenceBounds(l.randomHomozygotes, 1000, Confidence::Percent95);
     l.meanHomozygotes = {60};
     l.decisions.homozygoteExcess = zeroClass > l.differenceBounds.upper[0];
     l.decisions.oneRepeatDeficit = oneRepeat < l.differenceBounds.lower[1];
@@ -109,12 +112,12 @@ TEST(VerdictFractions, VerdictsAreBorderlineWhenATestTheyNeedIs) {
         {"no excess", Locus(50, 2, 99), false, false, false},
     };
     for (const Case& c : cases) {
-        const VerdictFractions v = VerdictFractionsOf(c.locus, 1000, k95Percent);
+        const VerdictFractions v = VerdictFractionsOf(c.locus, 1000, Confidence::Percent95);
         EXPECT_EQ(v.nullAllele.borderline, c.nullAllele) << c.what;
         EXPECT_EQ(v.stutter.borderline, c.stutter) << c.what;
         EXPECT_EQ(v.dropout.borderline, c.dropout) << c.what;
     }
-    const VerdictFractions v = VerdictFractionsOf(Locus(98, 2, 99), 1000, k95Percent);
+    const VerdictFractions v = VerdictFractionsOf(Locus(98, 2, 99), 1000, Confidence::Percent95);
     EXPECT_DOUBLE_EQ(v.nullAllele.test.fraction, 0.02);
     EXPECT_DOUBLE_EQ(v.dropout.test.fraction, 0.02);
     EXPECT_DOUBLE_EQ(v.stutter.test.fraction, 0.03);
