@@ -1,7 +1,7 @@
 // Every null allele estimate of every locus with 1000 bootstrap replicates, for a data set of
 // 15 populations x 30 loci: the Genepop file named by TAVRELLE_LIKELIHOOD_DATA (for example
-// microbov.gen), else a simulated set of that shape (50 samples per population). The goal is
-// under 2 s on 2 cores.
+// microbov.gen), else a simulated set of that shape (50 samples per population). The goal, on 2
+// cores with 2 threads: under half of DrawNumbersAlone (RunBenchmark) in the same run.
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>

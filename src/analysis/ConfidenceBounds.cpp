@@ -23,19 +23,22 @@ double ConfidenceLevel(Confidence confidence, Int16 rounds, int countedClasses) 
     throw ProgramError::SubscriptOutOfRange();
 }
 
-BoundsTable ConfidenceBounds(const RoundMatrix& sorted, Int16 rounds, Confidence confidence) {
+BoundRanks ConfidenceRanks(const RoundMatrix& sorted, Int16 rounds, Confidence confidence) {
     int counted = 0;
     for (int c = 0; c < sorted.Classes(); ++c)
         if (rounds > 0 && sorted.At(c, rounds - 1) > 0) ++counted;
     double level = ConfidenceLevel(confidence, rounds, counted);
     double tail = (1000 - level * 10) / 2;
     double scale = rounds / 1000.0;
-    Int16 lowerRank = ToInt16(tail * scale);
-    Int16 upperRank = ToInt16((1000 - tail) * scale - 1);
+    return {ToInt16(tail * scale), ToInt16((1000 - tail) * scale - 1)};
+}
+
+BoundsTable ConfidenceBounds(const RoundMatrix& sorted, Int16 rounds, Confidence confidence) {
+    const BoundRanks ranks = ConfidenceRanks(sorted, rounds, confidence);
     BoundsTable bounds;
     for (int c = 0; c < sorted.Classes(); ++c) {
-        bounds.lower.push_back(sorted.At(c, lowerRank));
-        bounds.upper.push_back(sorted.At(c, upperRank));
+        bounds.lower.push_back(sorted.At(c, ranks.lower));
+        bounds.upper.push_back(sorted.At(c, ranks.upper));
     }
     return bounds;
 }

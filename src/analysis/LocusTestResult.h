@@ -7,6 +7,7 @@
 #include "analysis/ConfidenceBounds.h"
 #include "analysis/LocusDecisions.h"
 #include "analysis/RoundMatrix.h"
+#include "analysis/VerdictFractions.h"
 #include "population/GenotypeSet.h"
 
 namespace tavrelle {
@@ -34,6 +35,7 @@ struct LocusTestResult {
     BoundsTable homozygoteBounds;
     BoundsTable differenceBounds;
     LocusDecisions decisions;
+    VerdictFractions verdictFractions;  // how near each verdict stands to turning
     BinomialOutcome binomial;
 
     Int16 Scored() const { return static_cast<Int16>(genotypes.size()); }

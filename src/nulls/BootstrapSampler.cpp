@@ -37,12 +37,15 @@ void BootstrapSampler::Draw(std::vector<int>& multiplicity) {
 Interval PercentileInterval(std::vector<double> values, double level) {
     std::erase_if(values, [](double v) { return !std::isfinite(v); });
     if (values.empty()) return {kNoValue, kNoValue};
-    std::sort(values.begin(), values.end());
+    // Two order statistics each, found by selection rather than a full sort.
     auto quantile = [&](double q) {
         const double at = q * static_cast<double>(values.size() - 1);
         const auto below = static_cast<std::size_t>(std::floor(at));
-        const std::size_t above = std::min(below + 1, values.size() - 1);
-        return values[below] + (at - static_cast<double>(below)) * (values[above] - values[below]);
+        const auto nth = values.begin() + static_cast<std::ptrdiff_t>(below);
+        std::nth_element(values.begin(), nth, values.end());
+        const double low = *nth;
+        const double high = nth + 1 < values.end() ? *std::min_element(nth + 1, values.end()) : low;
+        return low + (at - static_cast<double>(below)) * (high - low);
     };
     const double tail = (1 - level) / 2;
     return {quantile(tail), quantile(1 - tail)};

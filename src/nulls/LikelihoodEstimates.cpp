@@ -8,31 +8,39 @@
 #include "base/Numbers.h"
 #include "nulls/NullAlleleEm.h"
 #include "nulls/NullAlleleEstimates.h"
+#include "nulls/NullFailureModel.h"
 
 namespace tavrelle {
 
 namespace {
 
-// The seven estimates of every locus and F, for the sample drawn with `multiplicity`.
+// The eight estimates and the failure rate of every locus and F, for the sample drawn with
+// `multiplicity`.
 struct SampleEstimates {
     std::vector<std::array<double, kEstimateCount>> loci;
+    std::vector<double> failureRates;
     double f = kNoValue;
 };
 
-std::array<double, 4> PrescribedEstimates(const CodedLocus& locus,
-                                          const std::vector<int>& multiplicity) {
-    GenotypeSet set;
-    long long blanks = 0;
-    for (std::size_t i = 0; i < locus.genotypes.size(); ++i) {
-        const CodedGenotype& g = locus.genotypes[i];
-        if (g.kind == CodedGenotype::kBlank) blanks += multiplicity[i];
-        if (g.kind != CodedGenotype::kScored) continue;
-        const auto [a, b] = locus.sizes[i];
-        for (int k = 0; k < multiplicity[i]; ++k)
-            set.push_back({a, b, static_cast<Int16>(std::abs(a - b))});
-    }
+// The four closed formulas from a tally, with the arithmetic of the run's own estimates.
+std::array<double, 4> PrescribedEstimates(const LocusGenotypeTally& tally) {
     try {
-        return CalculateNullAllele(set, Narrow16(blanks), false, CountWidth::Bits32).estimates;
+        const std::int32_t n =
+            NarrowCount(static_cast<long long>(tally.Scored()), CountWidth::Bits32);
+        if (n == 0) return {};  // no genotype: the run leaves every estimate at 0
+        std::vector<ClassCounts> classes;
+        for (std::size_t i = 0; i < tally.alleles.size(); ++i) {
+            const auto homozygotes = static_cast<long long>(tally.homozygotes[i]);
+            const auto heterozygotes = static_cast<long long>(tally.heterozygousCopies[i]);
+            if (homozygotes + heterozygotes > 0)
+                classes.push_back({tally.alleles[i], NarrowCount(homozygotes, CountWidth::Bits32),
+                                   NarrowCount(heterozygotes, CountWidth::Bits32)});
+        }
+        const std::int32_t h2 =
+            NarrowCount(2 * static_cast<long long>(tally.heterozygotes), CountWidth::Bits32);
+        return ClosedFormEstimates(
+            classes, n, h2, NarrowCount(static_cast<long long>(tally.blanks), CountWidth::Bits32),
+            nullptr, CountWidth::Bits32);
     } catch (const ProgramError&) {
         // A sample where a formula has no value (a negative square root, an overflow).
         return {kNoValue, kNoValue, kNoValue, kNoValue};
@@ -57,19 +65,30 @@ ModelFit FitReplicate(const std::vector<LocusGenotypeTally>& tallies, const Join
 SampleEstimates Estimate(const std::vector<CodedLocus>& loci, const std::vector<int>& multiplicity,
                          JointFit* joint, const JointFit* sample = nullptr) {
     SampleEstimates result;
-    std::vector<LocusGenotypeTally> tallies;
-    for (const CodedLocus& locus : loci)
-        tallies.push_back(TallyLocus(locus, multiplicity));
+    thread_local std::vector<LocusGenotypeTally>
+        tallies;  // storage kept from replicate to replicate
+    tallies.resize(loci.size());
+    for (std::size_t l = 0; l < loci.size(); ++l)
+        TallyLocus(loci[l], multiplicity, tallies[l]);
     const ModelFit em = FitModel(tallies, {.nulls = true, .inbreeding = false});
     for (std::size_t l = 0; l < loci.size(); ++l) {
         const LocusGenotypeTally& tally = tallies[l];
         std::array<double, kEstimateCount> e{};
-        const std::array<double, 4> prescribed = PrescribedEstimates(loci[l], multiplicity);
+        const std::array<double, 4> prescribed = PrescribedEstimates(tally);
         std::copy(prescribed.begin(), prescribed.end(), e.begin());
         e[kEm] = tally.Individuals() > 0 ? em.nulls[l] : kNoValue;
         // Without blanks the two models are one.
         e[kEmMissing] = tally.blanks > 0 ? EmMissingNullFrequency(tally) : e[kEm];
+        // Without blanks no sample failed, and the model is `em`'s.
+        double failureRate = tally.Individuals() > 0 ? 0.0 : kNoValue;
+        e[kEmFailure] = e[kEm];
+        if (tally.blanks > 0) {
+            const FailureFit failure = FitFailureModel(tally);
+            e[kEmFailure] = failure.nullFrequency;
+            failureRate = failure.failureRate;
+        }
         result.loci.push_back(e);
+        result.failureRates.push_back(failureRate);
     }
     ModelFit reported;
     if (joint) {
@@ -94,9 +113,11 @@ PopulationEstimates EstimateNullAllelesAndInbreeding(const std::vector<std::stri
     JointFit joint;
     const SampleEstimates whole = Estimate(loci, std::vector<int>(individuals, 1), &joint);
 
-    // Replicate r's values stand at index r whatever thread computed them.
+    // Replicate r's values stand at index r whatever thread computed them: the estimates by
+    // locus, then the failure rates, then F.
     const std::size_t replicates = static_cast<std::size_t>(std::max(0, settings.replicates));
-    const std::size_t slots = loci.size() * kEstimateCount + 1;
+    const std::size_t failureSlots = loci.size() * kEstimateCount;
+    const std::size_t slots = failureSlots + loci.size() + 1;
     std::vector<std::vector<double>> drawn(slots, std::vector<double>(replicates, kNoValue));
     auto work = [&](std::size_t from, std::size_t to) {
         std::vector<int> multiplicity(individuals);
@@ -106,6 +127,8 @@ PopulationEstimates EstimateNullAllelesAndInbreeding(const std::vector<std::stri
             for (std::size_t l = 0; l < loci.size(); ++l)
                 for (std::size_t e = 0; e < kEstimateCount; ++e)
                     drawn[l * kEstimateCount + e][r] = sample.loci[l][e];
+            for (std::size_t l = 0; l < loci.size(); ++l)
+                drawn[failureSlots + l][r] = sample.failureRates[l];
             drawn[slots - 1][r] = sample.f;
         }
     };
@@ -125,6 +148,8 @@ PopulationEstimates EstimateNullAllelesAndInbreeding(const std::vector<std::stri
         locus.estimates = whole.loci[l];
         for (std::size_t e = 0; e < kEstimateCount; ++e)
             locus.intervals[e] = PercentileInterval(drawn[l * kEstimateCount + e]);
+        locus.failureRate = whole.failureRates[l];
+        locus.failureInterval = PercentileInterval(drawn[failureSlots + l]);
         result.loci.push_back(std::move(locus));
     }
     InbreedingResult& inbreeding = result.inbreeding;

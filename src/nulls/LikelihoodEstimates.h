@@ -13,15 +13,16 @@
 
 namespace tavrelle {
 
-// The seven null allele estimates of a locus: the four closed formulas (by NullMethod), then
-// the three likelihood ones.
-inline constexpr std::size_t kEstimateCount = 7;
-enum LikelihoodEstimate : std::size_t { kEm = 4, kEmMissing = 5, kJoint = 6 };
+// The eight null allele estimates of a locus: the four closed formulas (by NullMethod), then
+// the four likelihood ones (the last added after the others, so it comes last in every list).
+inline constexpr std::size_t kEstimateCount = 8;
+enum LikelihoodEstimate : std::size_t { kEm = 4, kEmMissing = 5, kJoint = 6, kEmFailure = 7 };
 inline constexpr std::array<const char*, kEstimateCount> kEstimateKeys = {
-    "velmaret", "chakraborty", "brookfield1", "brookfield2", "em", "em_missing", "joint"};
+    "velmaret", "chakraborty", "brookfield1", "brookfield2",
+    "em",       "em_missing",  "joint",       "em_failure"};
 inline constexpr std::array<const char*, kEstimateCount> kEstimateLabels = {
     "Velmaret", "Chakraborty",        "Brookfield 1", "Brookfield 2",
-    "EM",       "EM, blanks missing", "Joint with F"};
+    "EM",       "EM, blanks missing", "Joint with F", "EM with failures"};
 
 struct LikelihoodSettings {
     std::uint64_t seed = 0;
@@ -33,6 +34,8 @@ struct LocusEstimates {
     std::string name;
     std::array<double, kEstimateCount> estimates{};  // NaN where the locus gives none
     std::array<Interval, kEstimateCount> intervals{};
+    double failureRate = kNoValue;  // em_failure's rate of failed amplifications
+    Interval failureInterval{kNoValue, kNoValue};
 };
 
 struct InbreedingResult {

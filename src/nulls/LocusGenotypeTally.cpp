@@ -42,9 +42,17 @@ CodedLocus CodeLocus(std::vector<std::pair<Int16, Int16>> sizes) {
 
 LocusGenotypeTally TallyLocus(const CodedLocus& locus, const std::vector<int>& multiplicity) {
     LocusGenotypeTally tally;
+    TallyLocus(locus, multiplicity, tally);
+    return tally;
+}
+
+void TallyLocus(const CodedLocus& locus, const std::vector<int>& multiplicity,
+                LocusGenotypeTally& tally) {
     tally.alleles = locus.alleles;
     tally.homozygotes.assign(locus.alleles.size(), 0.0);
     tally.heterozygousCopies.assign(locus.alleles.size(), 0.0);
+    tally.heterozygotes = 0;
+    tally.blanks = 0;
     for (std::size_t i = 0; i < locus.genotypes.size(); ++i) {
         const int times = multiplicity[i];
         if (times == 0) continue;
@@ -61,7 +69,6 @@ LocusGenotypeTally TallyLocus(const CodedLocus& locus, const std::vector<int>& m
             }
         }
     }
-    return tally;
 }
 
 }  // namespace tavrelle

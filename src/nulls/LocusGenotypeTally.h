@@ -44,5 +44,8 @@ CodedLocus CodeLocus(std::vector<std::pair<Int16, Int16>> sizes);
 // The tally of a locus over the individuals with the given multiplicities (one per individual;
 // all 1 for the sample itself).
 LocusGenotypeTally TallyLocus(const CodedLocus& locus, const std::vector<int>& multiplicity);
+// The same into an existing tally, reusing its storage (a bootstrap tallies every replicate).
+void TallyLocus(const CodedLocus& locus, const std::vector<int>& multiplicity,
+                LocusGenotypeTally& tally);
 
 }  // namespace tavrelle

@@ -26,23 +26,17 @@ double Divide(double numerator, double denominator) {
     return numerator / denominator;
 }
 
-struct ClassRow {
-    Int16 size;
-    std::int32_t homozygotes;    // individuals homozygous for the class
-    std::int32_t heterozygotes;  // times the class occurs in heterozygous individuals
-};
-
-std::vector<ClassRow> ClassTable(const std::vector<Int16>& all, const std::vector<Int16>& hom,
-                                 const std::vector<Int16>& het, CountWidth width) {
+std::vector<ClassCounts> ClassTable(const std::vector<Int16>& all, const std::vector<Int16>& hom,
+                                    const std::vector<Int16>& het, CountWidth width) {
     const AlleleCountRows classes = AlleleCountTable(all, width);
     const AlleleCountRows homCounts = AlleleCountTable(hom, width);
     const AlleleCountRows hetCounts =
         het.empty() ? AlleleCountRows{} : AlleleCountTable(het, width);
-    std::vector<ClassRow> rows;
+    std::vector<ClassCounts> rows;
     std::size_t h = 0;
     std::size_t e = 0;
     for (const AlleleCount& c : classes) {
-        ClassRow row{c.allele, 0, 0};
+        ClassCounts row{c.allele, 0, 0};
         if (h < homCounts.size() && homCounts[h].allele == c.allele)
             row.homozygotes = homCounts[h++].count;
         if (e < hetCounts.size() && hetCounts[e].allele == c.allele)
@@ -79,41 +73,45 @@ NullAlleleEstimates CalculateNullAllele(const GenotypeSet& set, Int16 blanks, bo
     std::array<double, 4>& r = result.estimates;
 
     if (!homAlleles.empty() || !hetAlleles.empty()) {
-        const std::vector<ClassRow> classes = ClassTable(allAlleles, homAlleles, hetAlleles, width);
-        const std::int32_t twoN = NarrowCount(2LL * n, width);
-        std::vector<double> p(classes.size());
-        std::vector<double> q(classes.size());
-        double sumQ = 0;
-        double sumP2 = 0;
-        for (std::size_t i = 0; i < classes.size(); ++i) {
-            const double carriers = static_cast<double>(classes[i].heterozygotes) / n +
-                                    static_cast<double>(classes[i].homozygotes) / n;
-            const double root = Power(4 - 4 * carriers, 0.5);
-            q[i] = 1 - 0.5 * root;
-            const std::int32_t copies =
-                NarrowCount(2LL * classes[i].homozygotes + classes[i].heterozygotes, width);
-            p[i] = static_cast<double>(copies) / twoN;
-            sumQ += q[i];
-            sumP2 += Power(p[i], 2.0);
-        }
-
-        r[kVelmaret] = 1 - sumQ;
-        const double ho = static_cast<double>(h2) / twoN;
-        const double he = 1 - sumP2;
-        if (he > 0) {
-            const double a = (he - ho) / he;
-            r[kChakraborty] = a / (2 - a);
-            r[kBrookfield1] = (he - ho) / (he + 1);
-        }
-        r[kBrookfield2] = Brookfield2(he, h2, n, blanks, width);
         std::vector<AlleleClassFrequency> frequencies;
-        for (std::size_t i = 0; i < classes.size(); ++i)
-            frequencies.push_back({classes[i].size, p[i], q[i]});
+        r = ClosedFormEstimates(ClassTable(allAlleles, homAlleles, hetAlleles, width), n, h2,
+                                blanks, &frequencies, width);
         AdjustFrequencies(frequencies, n, nullSuspected, result, width);
     }
     result.estimatesLine = Rounded(r[kVelmaret]) + "\t\t" + Rounded(r[kChakraborty]) + "\t\t" +
                            Rounded(r[kBrookfield1]) + "\t\t" + Rounded(r[kBrookfield2]);
     return result;
+}
+
+std::array<double, 4> ClosedFormEstimates(const std::vector<ClassCounts>& classes, std::int32_t n,
+                                          std::int32_t h2, std::int32_t blanks,
+                                          std::vector<AlleleClassFrequency>* frequencies,
+                                          CountWidth width) {
+    std::array<double, 4> r{};
+    const std::int32_t twoN = NarrowCount(2LL * n, width);
+    double sumQ = 0;
+    double sumP2 = 0;
+    for (const ClassCounts& c : classes) {
+        const double carriers =
+            static_cast<double>(c.heterozygotes) / n + static_cast<double>(c.homozygotes) / n;
+        const double root = Power(4 - 4 * carriers, 0.5);
+        const double q = 1 - 0.5 * root;
+        const std::int32_t copies = NarrowCount(2LL * c.homozygotes + c.heterozygotes, width);
+        const double p = static_cast<double>(copies) / twoN;
+        sumQ += q;
+        sumP2 += Power(p, 2.0);
+        if (frequencies) frequencies->push_back({c.size, p, q});
+    }
+    r[kVelmaret] = 1 - sumQ;
+    const double ho = static_cast<double>(h2) / twoN;
+    const double he = 1 - sumP2;
+    if (he > 0) {
+        const double a = (he - ho) / he;
+        r[kChakraborty] = a / (2 - a);
+        r[kBrookfield1] = (he - ho) / (he + 1);
+    }
+    r[kBrookfield2] = Brookfield2(he, h2, n, blanks, width);
+    return r;
 }
 
 double Brookfield2(double he, std::int32_t h2, std::int32_t n, std::int32_t blanks,

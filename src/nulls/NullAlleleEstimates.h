@@ -51,6 +51,22 @@ struct AlleleClassFrequency {
     double q = 0;
 };
 
+// Individuals homozygous for an allele class and the times it occurs in heterozygotes.
+struct ClassCounts {
+    Int16 size;
+    std::int32_t homozygotes;    // individuals homozygous for the class
+    std::int32_t heterozygotes;  // times the class occurs in heterozygous individuals
+};
+
+// The four estimates from the allele classes of a locus (ascending sizes, each present), its n
+// scored individuals, their h2 heterozygous allele copies and the blanks; `frequencies`, when
+// given, receives each class's p and q. The bootstrap calls it on tallies, CalculateNullAllele on
+// genotypes: one arithmetic for both.
+std::array<double, 4> ClosedFormEstimates(const std::vector<ClassCounts>& classes, std::int32_t n,
+                                          std::int32_t h2, std::int32_t blanks,
+                                          std::vector<AlleleClassFrequency>* frequencies,
+                                          CountWidth width = CountWidth::Bits16);
+
 // The Brookfield 2 estimate from the expected heterozygosity, the heterozygous allele copies h2
 // among n scored individuals, and the individuals with no genotype. Where its square root has no
 // real value the power operation fails (Invalid procedure call), as the run time's does.

@@ -1,5 +1,6 @@
 #include <functional>
 #include <sstream>
+#include <string>
 
 #include "base/CsvText.h"
 #include "base/Numbers.h"
@@ -18,7 +19,7 @@ std::string Flag(bool value) {
 
 // A column of the locus part of a row: its name and its value for a locus.
 struct LocusColumn {
-    const char* name;
+    std::string name;
     std::function<std::string(const LocusResult&)> value;
 };
 
@@ -80,11 +81,12 @@ const std::vector<LikelihoodColumn>& LikelihoodColumns() {
     using P = const PopulationEstimates&;
     static const std::vector<LikelihoodColumn> columns = [] {
         std::vector<LikelihoodColumn> c;
-        for (std::size_t e = kEm; e < kEstimateCount; ++e)
+        auto estimate = [&c](std::size_t e) {
             c.push_back({kEstimateKeys[e], [e](P p, std::size_t l) {
                              return ShortestNumber(p.loci.at(l).estimates[e]);
                          }});
-        for (std::size_t e = 0; e < kEstimateCount; ++e) {
+        };
+        auto interval = [&c](std::size_t e) {
             const std::string key = kEstimateKeys[e];
             c.push_back({key + "_low", [e](P p, std::size_t l) {
                              return ShortestNumber(p.loci.at(l).intervals[e].low);
@@ -92,7 +94,11 @@ const std::vector<LikelihoodColumn>& LikelihoodColumns() {
             c.push_back({key + "_high", [e](P p, std::size_t l) {
                              return ShortestNumber(p.loci.at(l).intervals[e].high);
                          }});
-        }
+        };
+        for (std::size_t e = kEm; e <= kJoint; ++e)
+            estimate(e);
+        for (std::size_t e = 0; e <= kJoint; ++e)
+            interval(e);
         c.push_back(
             {"inbreeding_f", [](P p, std::size_t) { return ShortestNumber(p.inbreeding.f); }});
         c.push_back({"inbreeding_f_low",
@@ -103,6 +109,44 @@ const std::vector<LikelihoodColumn>& LikelihoodColumns() {
                          return std::string(
                              kNestedModelNames[static_cast<std::size_t>(p.inbreeding.model)]);
                      }});
+        // Added later: at the end of the row, so that readers by position keep working.
+        estimate(kEmFailure);
+        interval(kEmFailure);
+        c.push_back({"failure_rate",
+                     [](P p, std::size_t l) { return ShortestNumber(p.loci.at(l).failureRate); }});
+        c.push_back({"failure_rate_low", [](P p, std::size_t l) {
+                         return ShortestNumber(p.loci.at(l).failureInterval.low);
+                     }});
+        c.push_back({"failure_rate_high", [](P p, std::size_t l) {
+                         return ShortestNumber(p.loci.at(l).failureInterval.high);
+                     }});
+        return c;
+    }();
+    return columns;
+}
+
+// Columns added to the contract after the likelihood ones, at the end of the row: each
+// verdict's share of rounds at or beyond the observed count, its standard error, and whether it
+// is borderline.
+const std::vector<LocusColumn>& AddedLocusColumns() {
+    using L = const LocusResult&;
+    using Verdict = const VerdictFraction& (*)(L);
+    static const std::vector<LocusColumn> columns = [] {
+        std::vector<LocusColumn> c;
+        const std::pair<const char*, Verdict> verdicts[] = {
+            {"null_allele",
+             [](L l) -> const VerdictFraction& { return l.verdictFractions.nullAllele; }},
+            {"stutter", [](L l) -> const VerdictFraction& { return l.verdictFractions.stutter; }},
+            {"dropout", [](L l) -> const VerdictFraction& { return l.verdictFractions.dropout; }},
+        };
+        for (const auto& [key, of] : verdicts) {
+            const std::string name = key;
+            c.push_back(
+                {name + "_fraction", [of](L l) { return ShortestNumber(of(l).test.fraction); }});
+            c.push_back({name + "_fraction_se",
+                         [of](L l) { return ShortestNumber(of(l).test.standardError); }});
+            c.push_back({name + "_borderline", [of](L l) { return Flag(of(l).borderline); }});
+        }
         return c;
     }();
     return columns;
@@ -122,6 +166,8 @@ public:
         for (const LocusColumn& column : LocusColumns())
             head += std::string(",") + column.name;
         for (const LikelihoodColumn& column : LikelihoodColumns())
+            head += "," + column.name;
+        for (const LocusColumn& column : AddedLocusColumns())
             head += "," + column.name;
         return head + "\n";
     }
@@ -144,11 +190,16 @@ public:
                         << (p.likelihood
                                 ? column.value(*p.likelihood, static_cast<std::size_t>(locus.index))
                                 : "");
+                for (const LocusColumn& column : AddedLocusColumns())
+                    out << ',' << column.value(locus);
                 out << '\n';
             }
         } else {
             out << populationFields
-                << std::string(LocusColumns().size() + LikelihoodColumns().size(), ',') << '\n';
+                << std::string(LocusColumns().size() + LikelihoodColumns().size() +
+                                   AddedLocusColumns().size(),
+                               ',')
+                << '\n';
         }
         return out.str();
     }

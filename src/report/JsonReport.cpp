@@ -54,6 +54,29 @@ void WriteDecisions(JsonWriter& json, const LocusDecisions& d) {
 
 const char* const kMethodKeys[] = {"velmaret", "chakraborty", "brookfield1", "brookfield2"};
 
+// Each verdict's share of rounds at or beyond the observed count, its Monte Carlo standard
+// error, the threshold the share is compared with, and whether it is borderline.
+void WriteVerdictFractions(JsonWriter& json, const VerdictFractions& v) {
+    json.Key("verdict_fractions");
+    json.BeginObject();
+    const std::pair<const char*, const VerdictFraction*> verdicts[] = {
+        {"null_allele", &v.nullAllele}, {"stutter", &v.stutter}, {"dropout", &v.dropout}};
+    for (const auto& [key, verdict] : verdicts) {
+        json.Key(key);
+        json.BeginObject();
+        json.Key("fraction");
+        json.Number(verdict->test.fraction);
+        json.Key("standard_error");
+        json.Number(verdict->test.standardError);
+        json.Key("threshold");
+        json.Number(verdict->test.threshold);
+        json.Key("borderline");
+        json.Bool(verdict->borderline);
+        json.EndObject();
+    }
+    json.EndObject();
+}
+
 void WriteInterval(JsonWriter& json, const Interval& interval) {
     if (std::isnan(interval.low) && std::isnan(interval.high)) return json.Null();
     json.BeginArray(true);
@@ -89,6 +112,10 @@ void WriteNullAlleles(JsonWriter& json, const LocusResult& locus, bool withGenot
             WriteInterval(json, likelihood->intervals[e]);
         }
         json.EndObject();
+        json.Key("failure_rate");
+        json.Number(likelihood->failureRate);
+        json.Key("failure_rate_interval");
+        WriteInterval(json, likelihood->failureInterval);
     }
     json.Key("estimates_line");
     json.String(locus.nulls.estimatesLine);
@@ -149,6 +176,7 @@ void WriteLocus(JsonWriter& json, const LocusResult& locus, bool withGenotypes,
     json.NumberArray(locus.meanDifferences);
     WriteBounds(json, "difference_bounds", locus.differenceBounds);
     WriteDecisions(json, locus.decisions);
+    WriteVerdictFractions(json, locus.verdictFractions);
 
     const BinomialOutcome& binomial = locus.binomial;
     json.Key("homozygote_totals");

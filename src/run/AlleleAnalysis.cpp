@@ -243,6 +243,7 @@ void AlleleAnalysis::LocusAnalysis(Int16 locus, Confidence confidence) {
     l.decisions.lowerClassExcess =
         LowerClassExcessTest(l.observedHomozygotes, l.observedDifferences.at(0));
     l.decisions.largeDifferencesScarce = LargeDifferenceTest(l.observedDifferences);
+    l.verdictFractions = VerdictFractionsOf(l, n, confidence);
 }
 
 }  // namespace tavrelle

@@ -242,6 +242,14 @@ TEST_F(BatchProgram, TheCsvIsOneTidyRowPerPopulationAndLocus) {
     EXPECT_NE(rows[1].find(",3,1000,95,350,1,a1,5,analysed,,0,none,LocA,2,"), std::string::npos)
         << rows[1];
     EXPECT_NE(rows[3].find(",2,b1,1,stopped,"), std::string::npos) << rows[3];
+    // Columns added to the contract come after every earlier one.
+    EXPECT_TRUE(rows[0].ends_with(
+        ",joint_high,inbreeding_f,inbreeding_f_low,inbreeding_f_high,inbreeding_model,"
+        "em_failure,em_failure_low,em_failure_high,failure_rate,failure_rate_low,"
+        "failure_rate_high,null_allele_fraction,null_allele_fraction_se,null_allele_borderline,"
+        "stutter_fraction,stutter_fraction_se,stutter_borderline,dropout_fraction,"
+        "dropout_fraction_se,dropout_borderline"))
+        << rows[0];
     for (const std::string& row : rows)
         for (const char* other : {",yes", ",no,", ",true", ",false"})
             EXPECT_EQ(row.find(other), std::string::npos) << row;

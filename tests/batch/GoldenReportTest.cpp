@@ -69,10 +69,12 @@ Json Prescribed(Json report) {
         fields.erase("inbreeding");
         for (Json& locus : std::get<Json::Array>(fields.at("loci").value)) {
             auto& l = std::get<Json::Object>(locus.value);
-            EXPECT_EQ(std::get<Json::Object>(l.at("estimate_intervals").value).size(), 7u);
+            EXPECT_EQ(std::get<Json::Object>(l.at("estimate_intervals").value).size(), 8u);
             l.erase("estimate_intervals");
+            EXPECT_EQ(l.erase("failure_rate"), 1u);
+            EXPECT_EQ(l.erase("failure_rate_interval"), 1u);
             auto& estimates = std::get<Json::Object>(l.at("estimates").value);
-            for (const char* key : {"em", "em_missing", "joint"})
+            for (const char* key : {"em", "em_missing", "joint", "em_failure"})
                 EXPECT_EQ(estimates.erase(key), 1u) << key;
         }
     }

@@ -11,8 +11,8 @@ that numbers keep the program's spelling.
 import sys
 
 ADDED_TO_POPULATION = ("status", "inbreeding")
-ADDED_TO_LOCUS = ("estimate_intervals",)
-ADDED_TO_ESTIMATES = ("em", "em_missing", "joint")
+ADDED_TO_LOCUS = ("estimate_intervals", "failure_rate", "failure_rate_interval")
+ADDED_TO_ESTIMATES = ("em", "em_missing", "joint", "em_failure")
 ADDED_TO_CHECK = ("half_missing", "index_like_alleles")
 
 

@@ -42,8 +42,9 @@ TEST_F(ScreenTest, LikelihoodEstimatesOpenAfterARun) {
 
     const int loci = static_cast<int>(session.gAnalysis->Loci().size());
     EXPECT_EQ(window->EstimatesTable->rowCount(), loci);
-    EXPECT_EQ(window->EstimatesTable->columnCount(), 7);
+    EXPECT_EQ(window->EstimatesTable->columnCount(), 9);  // eight estimates, the failure rate
     EXPECT_EQ(window->EstimatesTable->horizontalHeaderItem(4)->text(), "EM");
+    EXPECT_EQ(window->EstimatesTable->horizontalHeaderItem(8)->text(), "Failure rate");
     EXPECT_TRUE(window->EstimatesTable->item(0, 6)->text().contains("["));
     EXPECT_TRUE(window->InbreedingLabel->text().contains("F = "));
     for (const char* suffix : {"png", "svg", "pdf"}) {

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <numeric>
 
+#include "../support/GenotypeCounts.h"
 #include "Simulator.h"
 #include "nulls/NullAlleleEm.h"
 #include "nulls/NullAlleleEstimates.h"
@@ -14,15 +15,6 @@ namespace tavrelle {
 namespace {
 
 constexpr double kInf = std::numeric_limits<double>::infinity();
-
-// A locus from genotype counts: {first, second, individuals}; {0, 0, n} are blanks.
-LocusGenotypeTally Tally(std::initializer_list<std::array<int, 3>> genotypes) {
-    std::vector<std::pair<Int16, Int16>> sizes;
-    for (const auto& [a, b, n] : genotypes)
-        for (int k = 0; k < n; ++k)
-            sizes.emplace_back(static_cast<Int16>(a), static_cast<Int16>(b));
-    return TallyLocus(CodeLocus(sizes), std::vector<int>(sizes.size(), 1));
-}
 
 TEST(NullInbreedingModel, LogLikelihoodMatchesHandWorkedCases) {
     struct Case {

@@ -1,6 +1,7 @@
 #include "LikelihoodValidation.h"
 
 #include "AnalyseCommand.h"
+#include "EstimateError.h"
 
 #include <array>
 #include <cmath>
@@ -19,27 +20,7 @@ using namespace tavrelle;
 constexpr int kLoci = 10;
 constexpr int kPartialNullLoci = 3;
 
-struct Error {
-    double sum = 0;
-    double squares = 0;
-    int count = 0;
-    int covered = 0;
-    int intervals = 0;
-
-    void Add(double estimate, double truth, const Interval& interval) {
-        if (!std::isfinite(estimate)) return;
-        sum += estimate - truth;
-        squares += (estimate - truth) * (estimate - truth);
-        ++count;
-        if (std::isfinite(interval.low)) {
-            ++intervals;
-            covered += interval.low <= truth && truth <= interval.high ? 1 : 0;
-        }
-    }
-    double Bias() const { return sum / std::max(1, count); }
-    double Rmse() const { return std::sqrt(squares / std::max(1, count)); }
-    double Coverage() const { return 100.0 * covered / std::max(1, intervals); }
-};
+using Error = EstimateError;
 
 struct Setting {
     double nulls;

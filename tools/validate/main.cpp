@@ -6,6 +6,8 @@
 // Usage: tavrelle-validate [TABLE_FOLDER] [REPLICATES]  (prints a Markdown table)
 //        tavrelle-validate likelihood [TABLE_FOLDER] [POPULATIONS] [BOOTSTRAP]
 //        (the likelihood estimates and F beside the four: bias, RMSE, interval coverage)
+//        tavrelle-validate failure [POPULATIONS] [BOOTSTRAP]
+//        (em_failure and the failure rate against em, em_missing and joint)
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -15,6 +17,7 @@
 
 #include "../../tests/support/SimulatedPopulation.h"
 #include "AnalyseCommand.h"
+#include "FailureValidation.h"
 #include "LikelihoodValidation.h"
 #include "run/AlleleAnalysis.h"
 
@@ -75,6 +78,9 @@ Tally RunSetting(double nullFrequency, int samples, int replicates, const std::s
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (argc > 1 && std::string(argv[1]) == "failure")
+        return ValidateFailure(argc > 2 ? std::atoi(argv[2]) : 30,
+                               argc > 3 ? std::atoi(argv[3]) : 200);
     if (argc > 1 && std::string(argv[1]) == "likelihood")
         return ValidateLikelihood(argc > 2 ? argv[2] : "build/bin",
                                   argc > 3 ? std::atoi(argv[3]) : 20,

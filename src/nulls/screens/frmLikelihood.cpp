@@ -25,7 +25,7 @@ namespace {
 const std::array<QColor, kEstimateCount> kColours = {
     QColor(0x1f, 0x77, 0xb4), QColor(0xff, 0x7f, 0x0e), QColor(0x2c, 0xa0, 0x2c),
     QColor(0xd6, 0x27, 0x28), QColor(0x94, 0x67, 0xbd), QColor(0x8c, 0x56, 0x4b),
-    QColor(0x17, 0xbe, 0xcf)};
+    QColor(0x17, 0xbe, 0xcf), QColor(0xe3, 0x77, 0xc2)};
 
 QString Number(double value) {
     return std::isfinite(value) ? QString::number(value, 'f', 3) : QString("–");
@@ -195,24 +195,51 @@ void frmLikelihood::Compute() {
 
 void frmLikelihood::ShowResult() {
     const InbreedingResult& f = result_.inbreeding;
-    InbreedingLabel->setText(QString("Best model: %1.  %2")
+    // A model choice by AIC can favour F while its interval still reaches 0: say so, rather
+    // than let "inbreeding" stand as a finding.
+    const bool fUnclear = f.interval.low <= 0 && f.interval.high >= 0;
+    const bool withF = f.model == NestedModel::kInbreeding || f.model == NestedModel::kBoth;
+    const QString caution = withF && fUnclear
+                                ? "  No clear evidence of inbreeding: F's 95% interval includes 0."
+                                : QString();
+    // The log-likelihoods the choice rests on (least AIC = 2 parameters - 2 log L).
+    QStringList fits;
+    for (std::size_t m = 0; m < f.logLikelihoods.size(); ++m)
+        fits << QString("%1 %2").arg(kNestedModelNames[m],
+                                     std::isfinite(f.logLikelihoods[m])
+                                         ? QString::number(f.logLikelihoods[m], 'f', 1)
+                                         : QString("impossible (blanks)"));
+    InbreedingLabel->setText(QString("Best model: %1.  %2%3\nLog-likelihoods: %4.")
                                  .arg(kNestedModelNames[static_cast<std::size_t>(f.model)],
-                                      QString::fromStdString(f.verdict)));
+                                      QString::fromStdString(f.verdict), caution, fits.join(", ")));
     EstimatesTable->clear();
     EstimatesTable->setRowCount(static_cast<int>(result_.loci.size()));
-    EstimatesTable->setColumnCount(static_cast<int>(kEstimateCount));
+    EstimatesTable->setColumnCount(static_cast<int>(kEstimateCount) + 1);
     QStringList headers;
     for (const char* label : kEstimateLabels)
         headers << label;
+    headers << "Failure rate";
     EstimatesTable->setHorizontalHeaderLabels(headers);
+    const QString negative =
+        "Below 0 where the locus has fewer homozygotes than expected: read as no null allele.";
+    for (int e = 0; e < 4; ++e)
+        EstimatesTable->horizontalHeaderItem(e)->setToolTip(negative);
+    EstimatesTable->horizontalHeaderItem(static_cast<int>(kEmFailure))
+        ->setToolTip("Null allele frequency when blanks may also be failed amplifications");
+    EstimatesTable->horizontalHeaderItem(static_cast<int>(kEstimateCount))
+        ->setToolTip("Share of samples whose amplification failed, whatever they carry");
     QStringList names;
     for (std::size_t l = 0; l < result_.loci.size(); ++l) {
         const LocusEstimates& locus = result_.loci[l];
         names << QString::fromStdString(locus.name);
-        for (std::size_t e = 0; e < kEstimateCount; ++e)
-            EstimatesTable->setItem(
-                static_cast<int>(l), static_cast<int>(e),
-                new QTableWidgetItem(WithInterval(locus.estimates[e], locus.intervals[e])));
+        for (std::size_t e = 0; e < kEstimateCount; ++e) {
+            auto* item = new QTableWidgetItem(WithInterval(locus.estimates[e], locus.intervals[e]));
+            if (locus.estimates[e] < 0) item->setToolTip(negative);
+            EstimatesTable->setItem(static_cast<int>(l), static_cast<int>(e), item);
+        }
+        EstimatesTable->setItem(
+            static_cast<int>(l), static_cast<int>(kEstimateCount),
+            new QTableWidgetItem(WithInterval(locus.failureRate, locus.failureInterval)));
     }
     EstimatesTable->setVerticalHeaderLabels(names);
     EstimatesTable->resizeColumnsToContents();
@@ -222,8 +249,8 @@ void frmLikelihood::ShowResult() {
     emit Computed();
 }
 
-// Seven estimates with intervals are wider than the window's first size: the window grows to
-// show every column, as far as the screen allows.
+// Eight estimates and a failure rate with intervals are wider than the window's first size: the
+// window grows to show every column, as far as the screen allows.
 void frmLikelihood::WidenToTable() {
     int needed = EstimatesTable->verticalHeader()->width() + 2 * EstimatesTable->frameWidth();
     for (int column = 0; column < EstimatesTable->columnCount(); ++column)
