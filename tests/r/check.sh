@@ -3,7 +3,7 @@
 # of build/ (or $1) for the test that compares the two. The check's log is in build-r/.
 set -euo pipefail
 top=$(cd "$(dirname "$0")/../.." && pwd)
-build=${1:-$top/build}
+build=$(cd "${1:-$top/build}" && pwd)
 export TAVRELLE_BATCH=$build/bin/tavrelle-batch
 [[ -x $TAVRELLE_BATCH ]] || { echo "check.sh: no batch program at $TAVRELLE_BATCH" >&2; exit 1; }
 tarball=$("$top/scripts/build-r")
