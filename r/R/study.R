@@ -143,6 +143,7 @@ read_batch_csv <- function(text) {
   counts <- c("seed", "randomisations", "max_allele_size", "population", "samples",
               "suspect_values", "repeat", "lowest", "highest", "scored", "missing_genotypes")
   columns <- strsplit(sub("\n.*", "", text), ",", fixed = TRUE)[[1]]
+  flags <- c(flags, grep("_borderline$", columns, value = TRUE))
   classes <- ifelse(columns %in% texts, "character",
                     ifelse(columns %in% flags, "logical",
                            ifelse(columns %in% counts, "integer", "numeric")))

@@ -139,8 +139,9 @@ const std::vector<LocusColumn>& AddedLocusColumns() {
             {"stutter", [](L l) -> const VerdictFraction& { return l.verdictFractions.stutter; }},
             {"dropout", [](L l) -> const VerdictFraction& { return l.verdictFractions.dropout; }},
         };
-        for (const auto& [key, of] : verdicts) {
-            const std::string name = key;
+        for (const auto& verdict : verdicts) {
+            const std::string name = verdict.first;
+            const Verdict of = verdict.second;
             c.push_back(
                 {name + "_fraction", [of](L l) { return ShortestNumber(of(l).test.fraction); }});
             c.push_back({name + "_fraction_se",
