@@ -11,7 +11,6 @@
 #include "batch/DataConversion.h"
 #include "formats/GenotypeWorkbooks.h"
 #include "population/GenepopText.h"
-#include "population/GenotypeTables.h"
 #include "population/LineInput.h"
 #include "population/TextRecords.h"
 
@@ -105,22 +104,6 @@ BatchInput::BatchInput(const BatchOptions& options, bool keepStoreData) {
 
 BatchInput::~BatchInput() {
     if (!temporary_.empty()) std::filesystem::remove(temporary_);
-}
-
-std::vector<StudyPopulation> StudyPopulationsOf(const GenotypeData& data,
-                                                const std::vector<int>& numbers, int& count) {
-    count = static_cast<int>(data.populations.size());
-    std::vector<StudyPopulation> chosen;
-    auto add = [&](int number) {
-        if (number >= 1 && number <= count)
-            chosen.push_back({number, PopulationTable(data, static_cast<std::size_t>(number - 1))});
-    };
-    if (numbers.empty())
-        for (int number = 1; number <= count; ++number)
-            add(number);
-    for (int number : numbers)
-        add(number);
-    return chosen;
 }
 
 }  // namespace tavrelle

@@ -8,7 +8,6 @@
 #include "population/DataFormat.h"
 #include "population/FileKind.h"
 #include "population/ReadProblems.h"
-#include "run/PopulationResult.h"
 
 namespace tavrelle {
 
@@ -40,10 +39,5 @@ public:
 private:
     std::string temporary_;
 };
-
-// The populations numbered `numbers` (all when empty), as the store would hand them to a run;
-// `count` receives how many the data have.
-std::vector<StudyPopulation> StudyPopulationsOf(const GenotypeData& data,
-                                                const std::vector<int>& numbers, int& count);
 
 }  // namespace tavrelle

@@ -1,10 +1,10 @@
 // The desktop's Analyse, the study overview and the batch program run one engine from one
 // RunSettings: for the same seed they give the same numbers, population by population.
-#include <QElapsedTimer>
 #include <QLineEdit>
 
 #include "run/screens/frmStudyOverview.h"
 #include "session/RunController.h"
+#include "tests/gui/OverviewRun.h"
 #include "tests/gui/ScreenFixture.h"
 #include "tests/support/Json.h"
 #include "tests/support/ProgramRun.h"
@@ -61,15 +61,6 @@ std::vector<LocusNumbers> FromJsonPopulation(const Json& population) {
               std::get<double>(e["brookfield1"].value), std::get<double>(e["brookfield2"].value)}});
     }
     return loci;
-}
-
-bool WaitForRun(frmStudyOverview* window) {
-    QElapsedTimer clock;
-    clock.start();
-    while (window->Running() && clock.elapsed() < 120000)
-        QApplication::processEvents(QEventLoop::AllEvents, 20);
-    QApplication::processEvents();
-    return !window->Running();
 }
 
 class FrontEndAgreementTest : public ScreenTest {};

@@ -1,6 +1,5 @@
 // Tools > Study Overview and File > Export Report: the run of every population, its progress
 // and cancel, the graphs behind a cell, the exports, and agreement with the batch program.
-#include <QElapsedTimer>
 #include <QProgressDialog>
 #include <QTableWidget>
 #include <QTest>
@@ -12,6 +11,7 @@
 #include "results/screens/frmDrawGraph.h"
 #include "run/StudyTableExport.h"
 #include "run/screens/frmStudyOverview.h"
+#include "tests/gui/OverviewRun.h"
 #include "tests/gui/ScreenFixture.h"
 #include "tests/gui/Screenshot.h"
 
@@ -79,15 +79,6 @@ protected:
     }
 
     // Lets the run finish while the window keeps handling events.
-    static bool WaitForRun(frmStudyOverview* window) {
-        QElapsedTimer clock;
-        clock.start();
-        while (window->Running() && clock.elapsed() < 120000)
-            QApplication::processEvents(QEventLoop::AllEvents, 20);
-        QApplication::processEvents();
-        return !window->Running();
-    }
-
     // A file of twelve simulated populations, enough to cancel part-way.
     std::string TwelvePopulations() {
         simulate::SimulationParameters parameters;
