@@ -62,7 +62,9 @@ std::string GraphModel::AxisLabel() const {
 void GraphView::Fit(const GraphModel& graph) {
     expanded = false;
     xScale = (panelWidth - 30) / std::max(1, graph.Classes());
-    yScale = graph.YMax() > 0 ? (panelHeight - 40) / graph.YMax() : 1;
+    // From zero, the largest count reaches the plot's top less the 3 mm its mark takes.
+    const double countRoom = countFromZero ? panelHeight - 38 : panelHeight - 40;
+    yScale = graph.YMax() > 0 ? countRoom / graph.YMax() : 1;
     xOffset = 0;
     yOffset = 0;
 }
@@ -74,7 +76,8 @@ void GraphView::Expand() {
 }
 
 double GraphView::CountY(double count) const {
-    return yOffset + panelHeight - 0.5 - count * yScale;
+    const double zero = countFromZero ? panelHeight - kGraphFootMargin : panelHeight - 0.5;
+    return yOffset + zero - count * yScale;
 }
 
 double GraphView::X(int classIndex) const {

@@ -52,6 +52,10 @@ private:
     BoundsTable bounds_;
 };
 
+// Millimetres between the panel's foot and the plot's: room for the class labels and the title
+// of the class axis.
+inline constexpr double kGraphFootMargin = 20;
+
 // The view of a graph: its scale, expanded or fitted to the panel, and the scroll offsets.
 struct GraphView {
     double panelWidth = 0;  // the panel's inner size in millimetres
@@ -61,6 +65,9 @@ struct GraphView {
     double yScale = 1;  // millimetres per count
     double xOffset = 0;
     double yOffset = 0;
+    // The count axis starts at the plot's foot. Off, it keeps the classic scaling, in which a
+    // count of 0 sits 19.5 mm below the plot's foot and small counts fall out of sight.
+    bool countFromZero = false;
 
     // The fitted scale fills the panel; the expanded scale is 8 by 6.
     void Fit(const GraphModel& graph);

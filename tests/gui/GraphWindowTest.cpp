@@ -141,6 +141,15 @@ TEST_F(GraphTest, BothScalesAndTheScrollBars) {
     EXPECT_FALSE(window->View().expanded);
     EXPECT_EQ(window->ToggleScaleButton->toolTip(), "Expand graph scale");
     EXPECT_EQ(window->View().xOffset, 0);
+
+    // View > Count Axis From Zero, off at first, puts a count of 0 on the plot's foot.
+    EXPECT_FALSE(window->mnuCountFromZero->isChecked());
+    const double classicScale = window->View().yScale;
+    window->mnuCountFromZero->trigger();
+    EXPECT_TRUE(window->View().countFromZero);
+    EXPECT_NE(window->View().yScale, classicScale);
+    EXPECT_NEAR(window->View().CountY(0), window->View().panelHeight - kGraphFootMargin, 1e-9);
+    GrabWindow(*window, "graph-count-axis-from-zero");
 }
 
 TEST_F(GraphTest, SavedInEveryFormatAndPrintedAsVectors) {

@@ -17,6 +17,7 @@
 
 #include "session/GridView.h"
 #include "session/frmMain.h"
+#include "tests/gui/Screenshot.h"
 #include "tests/gui/ScriptedInteraction.h"
 #include "widgets/ShownText.h"
 
@@ -103,13 +104,7 @@ protected:
                " " + Enabled({Action("mnuDisplayGraphs"), Button("RandButton")});
     }
 
-    void Grab(const std::string& name) {
-        QApplication::processEvents();
-        const char* folderName = std::getenv("TAVRELLE_SCREENSHOTS");
-        if (!folderName) return;
-        QDir().mkpath(folderName);
-        screen->grab().save(QString("%1/%2.png").arg(folderName, QString::fromStdString(name)));
-    }
+    void Grab(const std::string& name) { GrabWindow(*screen, name); }
 
     Session session;
     ScriptedInteraction user;

@@ -52,5 +52,25 @@ TEST(GraphView, FittedAndExpandedScales) {
     EXPECT_TRUE(view.ClassShown(1));
 }
 
+// From zero, a count of 0 sits on the plot's foot (90 - 20) and the largest count, 5, 3 mm
+// below the plot's top (15), so a class counted once is drawn; the classic scaling puts a
+// count of 1 at 79.5, below the foot, where it is not drawn.
+TEST(GraphView, CountAxisFromZero) {
+    GraphModel graph = Graph(GraphModel::Kind::Homozygotes);
+    GraphView view;
+    view.panelWidth = 120;
+    view.panelHeight = 90;
+    view.Fit(graph);
+    EXPECT_GT(view.CountY(1), view.panelHeight - kGraphFootMargin);
+    view.countFromZero = true;
+    view.Fit(graph);
+    EXPECT_DOUBLE_EQ(view.yScale, 10.4);  // (90 - 38) / 5
+    EXPECT_DOUBLE_EQ(view.CountY(0), 70.0);
+    EXPECT_DOUBLE_EQ(view.CountY(5), 18.0);
+    EXPECT_LT(view.CountY(1), view.panelHeight - kGraphFootMargin);
+    view.Expand();
+    EXPECT_DOUBLE_EQ(view.CountY(1), 64.0);
+}
+
 }  // namespace
 }  // namespace tavrelle

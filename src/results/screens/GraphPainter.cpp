@@ -85,7 +85,7 @@ void DrawGraph(QPainter& p, const QRectF& target, const GraphModel& graph, const
 
     // The plot area.
     const double top = 15;
-    const double bottom = height - 20;
+    const double bottom = height - kGraphFootMargin;
     const QRectF plot(mm.P(11, top), mm.P(width - 10, bottom));
     p.fillRect(plot, Qt::white);
     p.setPen(QPen(kAxes, mm.L(0.25)));
@@ -159,7 +159,7 @@ void DrawGraph(QPainter& p, const QRectF& target, const GraphModel& graph, const
         if (upperCapped) p.drawLine(mm.P(x - 1, upper), mm.P(x + 1, upper));
         if (lowerCapped) p.drawLine(mm.P(x - 1, lower), mm.P(x + 1, lower));
 
-        const double meanY = view.yOffset + height - 1 - graph.Means()[c] * view.yScale;
+        const double meanY = view.CountY(graph.Means()[c]) - 0.5;
         if (meanY >= top && meanY <= bottom) {
             p.setPen(Qt::NoPen);
             p.setBrush(kInterval);
@@ -169,8 +169,7 @@ void DrawGraph(QPainter& p, const QRectF& target, const GraphModel& graph, const
 
         p.setPen(kMarks);
         p.setFont(mm.Font(2.8, true));
-        const double markY = observed > 0 ? view.yOffset + height - 2.6 - observed * view.yScale
-                                          : view.yOffset + height - 3.7;
+        const double markY = observed > 0 ? view.CountY(observed) - 2.1 : view.CountY(0) - 3.2;
         // The mark's text cell starts at markY; its middle falls on the count's height.
         if (markY >= top && markY <= bottom)
             p.drawText(QRectF(mm.P(x - 2, markY + 0.6), mm.P(x + 2, markY + 3.6)), Qt::AlignCenter,

@@ -9,6 +9,7 @@
 #include <QHBoxLayout>
 #include <QImage>
 #include <QLabel>
+#include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QPainter>
 #include <QPdfWriter>
@@ -81,6 +82,9 @@ frmDrawGraph::frmDrawGraph(GraphModel graph, Confidence confidence, GraphWindowH
     QMenu* view = menuBar()->addMenu("&View");
     mnuToggleGrid = view->addAction("&Show/Hide DataGrid");
     mnuToggleScale = view->addAction("Toggle &Graph Scale");
+    mnuCountFromZero = view->addAction("Count &Axis From Zero");
+    mnuCountFromZero->setCheckable(true);
+    mnuCountFromZero->setToolTip("Start the count axis at zero, so that every class is drawn");
     mnuCloseGraphs = view->addAction("&Close All Graphs");
     QMenu* tools = menuBar()->addMenu("&Tools");
     mnuAnalysis = tools->addAction("&Estimate Frequencies");
@@ -151,14 +155,17 @@ frmDrawGraph::frmDrawGraph(GraphModel graph, Confidence confidence, GraphWindowH
         BackPanel->update();
     });
     connect(mnuToggleScale, &QAction::triggered, this, &frmDrawGraph::mnuToggleScale_Click);
+    connect(mnuCountFromZero, &QAction::toggled, this, &frmDrawGraph::SetCountFromZero);
     connect(ToggleScaleButton, &QAction::triggered, this, &frmDrawGraph::mnuToggleScale_Click);
     connect(SaveGraphMenu, &QAction::triggered, this, &frmDrawGraph::SaveGraphMenu_Click);
     connect(SaveButton, &QAction::triggered, this, &frmDrawGraph::SaveGraphMenu_Click);
     connect(PrintMenu, &QAction::triggered, this, &frmDrawGraph::PrintMenu_Click);
     connect(PrintButton, &QAction::triggered, this, &frmDrawGraph::PrintMenu_Click);
+    // On the main screen the window sits in a sub-window of the work area, which must close
+    // with it; opened from another window, it is a window of its own and closes alone.
     connect(CloseMenu, &QAction::triggered, this, [this] {
-        if (parentWidget())
-            parentWidget()->close();
+        if (auto* sub = qobject_cast<QMdiSubWindow*>(parentWidget()))
+            sub->close();
         else
             close();
     });
@@ -216,6 +223,12 @@ void frmDrawGraph::UpdateScrollBars() {
 void frmDrawGraph::mnuToggleScale_Click() {
     view_.expanded = !view_.expanded;
     ToggleScaleButton->setToolTip(view_.expanded ? "Contract graph scale" : "Expand graph scale");
+    UpdateView();
+}
+
+void frmDrawGraph::SetCountFromZero(bool fromZero) {
+    view_.countFromZero = fromZero;
+    if (mnuCountFromZero->isChecked() != fromZero) mnuCountFromZero->setChecked(fromZero);
     UpdateView();
 }
 

@@ -59,6 +59,8 @@ public:
     // The interval the window's list shows.
     Confidence ChosenConfidence() const;
     void mnuToggleScale_Click();
+    // View > Count Axis From Zero: off keeps the classic scaling.
+    void SetCountFromZero(bool fromZero);
     // Saves the drawing under `path`; the extension chooses BMP, PNG, SVG or PDF.
     bool SaveGraph(const std::string& path) const;
     void SaveGraphMenu_Click();
@@ -74,7 +76,8 @@ public:
     QScrollBar *HScroll1, *VScroll1;
     QToolBar* tbToolbar;
     QAction *SaveGraphMenu, *PageMenu, *PreviewMenu, *PrintMenu, *CloseMenu;
-    QAction *mnuToggleGrid, *mnuToggleScale, *mnuCloseGraphs, *mnuAnalysis, *mnuNulls;
+    QAction *mnuToggleGrid, *mnuToggleScale, *mnuCountFromZero, *mnuCloseGraphs, *mnuAnalysis,
+        *mnuNulls;
     QAction *mnuHelpContents, *mnuHelpIndex, *mnuUserGuide, *mnuQuestionnaire, *mnuHelpAbout;
     QAction *SaveButton, *ToggleScaleButton, *PrintButton;
 
