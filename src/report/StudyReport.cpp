@@ -57,11 +57,11 @@ std::string IntervalText(const Interval& interval, int decimals) {
     return "[" + Fixed(interval.low, decimals) + ", " + Fixed(interval.high, decimals) + "]";
 }
 
-// A table cell with a number and, under it, its interval. The end tags of cells are left out,
-// as HTML allows, for a page of thousands of them.
+// A table cell with a number and, on a second line the style makes small, its interval. The end
+// tags of cells are left out, as HTML allows, for a page of thousands of them.
 std::string EstimateCell(double value, const Interval& interval) {
     const std::string range = IntervalText(interval, 3);
-    return "<td>" + Fixed(value, 3) + (range.empty() ? "" : "<small>" + range + "</small>");
+    return "<td>" + Fixed(value, 3) + (range.empty() ? "" : "<br>" + range);
 }
 
 std::string Anchor(int population, std::size_t locus) {
@@ -91,8 +91,10 @@ std::string ReportTime() {
 
 std::string HeadSection(const StudyReportHeader& input) {
     std::string html = "<table class=\"program\">";
-    auto row = [&](const std::string& name, const std::string& value, const char* cls = "") {
-        html += "<tr><th>" + name + "</th><td class=\"" + cls + "\">" + value + "</td></tr>";
+    auto row = [&](const std::string& name, const std::string& value, const char* cls = nullptr) {
+        html += "<tr><th>" + name + "</th><td" +
+                (cls ? " class=\"" + std::string(cls) + "\"" : std::string()) + ">" + value +
+                "</td></tr>";
     };
     row("Program", std::string("Tavrelle ") + kProgramVersion);
     row("Report made", Html(input.created));
@@ -219,9 +221,9 @@ std::string VerdictCell(const std::string& verdict, const VerdictFraction& fract
                         bool alwaysShare) {
     std::string html = "<td>" + Html(verdict);
     if (std::isfinite(fraction.test.fraction) && (alwaysShare || fraction.borderline))
-        html += "<small>" + Fixed(fraction.test.fraction, 3) + " \u00b1 " +
+        html += "<br>" + Fixed(fraction.test.fraction, 3) + " \u00b1 " +
                 Fixed(fraction.test.standardError, 3) +
-                (fraction.borderline ? " <b class=\"mark\">borderline</b>" : "") + "</small>";
+                (fraction.borderline ? " <b class=\"mark\">borderline</b>" : "");
     return html;
 }
 
@@ -283,8 +285,10 @@ std::string InbreedingSection(const PopulationEstimates& likelihood) {
     html += "</tr></thead><tr><td class=\"n\">" + Fixed(f.f, 3) + "</td><td class=\"n\">" +
             IntervalText(f.interval, 3) + "</td><td>" +
             kNestedModelNames[static_cast<std::size_t>(f.model)] + "</td>";
+    // A model without null alleles cannot give a blank: log L is minus infinity there.
     for (double logL : f.logLikelihoods)
-        html += "<td class=\"n\">" + Fixed(logL, 2) + "</td>";
+        html += "<td class=\"n\">" +
+                (std::isinf(logL) && logL < 0 ? "\u2212\u221e" : Fixed(logL, 2)) + "</td>";
     return html + "</tr></table>\n<p>" + Html(f.verdict) + "</p>\n";
 }
 

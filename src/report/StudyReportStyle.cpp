@@ -10,7 +10,8 @@ table { border-collapse: collapse; margin: 0.5em 0; max-width: 100%; }
 th, td { border: 1px solid #ccc; padding: 2px 5px; font-size: 0.85em; }
 th { background: #f0f0f0; text-align: left; }
 td.n, table.estimates td { text-align: right; white-space: nowrap; }
-td.n small, table.estimates small { display: block; color: #555; }
+table.estimates td { font-size: 0.7em; color: #555; }
+table.estimates td::first-line { font-size: 1.2em; color: #222; }
 table.overview th, table.overview td { font-size: 0.72em; }
 td.c { text-align: center; white-space: nowrap; } td.c a { color: inherit; text-decoration: none; }
 td.dark { color: #fff; } td.y { font-weight: bold; }
@@ -43,6 +44,8 @@ div.populations { order: 3; } div.closing { order: 4; }
   summary { list-style: none; } summary::-webkit-details-marker { display: none; }
   pre { font-size: 7pt; padding: 0.3em; margin: 0; }
   a { color: inherit; text-decoration: none; }
+  /* A tall heat map shrinks to one page of either paper: a drawing cannot break. */
+  div.heatmap svg { width: auto; max-height: 235mm; }
 }
 )";
 

@@ -45,6 +45,33 @@ std::string PathOf(const char* cls, const std::string& d) {
     return d.empty() ? "" : "<path class=\"" + std::string(cls) + "\" d=\"" + d + "\"/>";
 }
 
+// The points a marker is drawn at, as one path: the first absolute, the others relative to the
+// one before (shorter), from whole pixels so that the rounding does not drift.
+class Points {
+public:
+    void Add(double x, double y) {
+        const long long px = std::llround(x);
+        const long long py = std::llround(y);
+        d_ += count_ == 0   ? "M" + std::to_string(px) + " " + std::to_string(py)
+              : count_ == 1 ? "l" + Step(px, py)
+                            : " " + Step(px, py);
+        ++count_;
+        x_ = px;
+        y_ = py;
+    }
+    // A path of one point gets a second on it, so that its marker is drawn.
+    std::string Path() const { return count_ == 1 ? d_ + "h0" : d_; }
+
+private:
+    std::string Step(long long px, long long py) const {
+        return std::to_string(px - x_) + (py < y_ ? "" : " ") + std::to_string(py - y_);
+    }
+    std::string d_;
+    int count_ = 0;
+    long long x_ = 0;
+    long long y_ = 0;
+};
+
 const char* FrameId(GraphModel::Kind kind) {
     return kind == GraphModel::Kind::Homozygotes ? "gfh" : "gfd";
 }
@@ -99,7 +126,7 @@ std::string GraphSvg(const GraphModel& graph) {
             "<tspan x=\"" + N(kLeft - 6) + "\" y=\"" + N(Height(v) + 3) + "\">" + N(v) + "</tspan>";
     }
     std::string xLabels;
-    const int labelEvery = std::max(1, static_cast<int>(std::ceil(44 / slot)));
+    const int labelEvery = std::max(1, static_cast<int>(std::ceil(60 / slot)));
     for (int c = 0; c < graph.Classes(); c += labelEvery)
         xLabels += "<tspan x=\"" + X(c) + "\">" + std::to_string(graph.ClassLabel(c)) + "</tspan>";
     svg += PathOf("grid", grid) + "<text class=\"end\">" + yLabels +
@@ -108,21 +135,30 @@ std::string GraphSvg(const GraphModel& graph) {
 
     const BoundsTable& bounds = graph.Bounds();
     std::string bound;
-    std::string mean;
-    std::string seen;
+    long long boundX = 0;
+    long long boundY = 0;
+    Points mean;
+    Points seen;
     for (int c = 0; c < graph.Classes(); ++c) {
         const auto i = static_cast<std::size_t>(c);
-        if (i < bounds.upper.size() && i < bounds.lower.size() && bounds.upper[i] > 0)
-            bound += "M" + X(c) + " " + Y(bounds.lower[i]) + "V" + Y(bounds.upper[i]);
+        if (i < bounds.upper.size() && i < bounds.lower.size() && bounds.upper[i] > 0) {
+            // Each interval a move from the one before and a vertical line: short.
+            const long long x = std::llround(kLeft + slot * (c + 0.5));
+            const long long low = std::llround(Height(bounds.lower[i]));
+            const long long high = std::llround(Height(bounds.upper[i]));
+            bound += bound.empty() ? "M" + std::to_string(x) + " " + std::to_string(low)
+                                   : "m" + std::to_string(x - boundX) + (low < boundY ? "" : " ") +
+                                         std::to_string(low - boundY);
+            bound += "v" + std::to_string(high - low);
+            boundX = x;
+            boundY = high;
+        }
         if (i < graph.Means().size() && graph.Means()[i] > 0)
-            mean += (mean.empty() ? "M" : " ") + X(c) + " " + Y(graph.Means()[i]);
-        seen += (seen.empty() ? "M" : " ") + X(c) + " " + Y(graph.Observed()[i]);
+            mean.Add(kLeft + slot * (c + 0.5), Height(graph.Means()[i]));
+        seen.Add(kLeft + slot * (c + 0.5), Height(graph.Observed()[i]));
     }
-    // A path of one point has a second, on it, so that its marker is drawn.
-    for (std::string* points : {&mean, &seen})
-        if (!points->empty() && points->find(' ', points->find(' ') + 1) == std::string::npos)
-            *points += "h0";
-    return svg + PathOf("bound", bound) + PathOf("mean", mean) + PathOf("seen", seen) + "</svg>";
+    return svg + PathOf("bound", bound) + PathOf("mean", mean.Path()) +
+           PathOf("seen", seen.Path()) + "</svg>";
 }
 
 std::string GraphLegendSvg() {
