@@ -89,12 +89,14 @@ std::string ReportTime() {
     return text;
 }
 
+// A row a line: the time and the command differ from run to run and front end to front end, and
+// a comparison of two reports leaves out those two lines.
 std::string HeadSection(const StudyReportHeader& input) {
-    std::string html = "<table class=\"program\">";
+    std::string html = "<table class=\"program\">\n";
     auto row = [&](const std::string& name, const std::string& value, const char* cls = nullptr) {
         html += "<tr><th>" + name + "</th><td" +
                 (cls ? " class=\"" + std::string(cls) + "\"" : std::string()) + ">" + value +
-                "</td></tr>";
+                "</td></tr>\n";
     };
     row("Program", std::string("Tavrelle ") + kProgramVersion);
     row("Report made", Html(input.created));
