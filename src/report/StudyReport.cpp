@@ -309,6 +309,19 @@ std::string LocusDetails(const PopulationResult& population, const LocusResult& 
     return html + "<pre>" + PlainText(locus.interpretationText) + "</pre></div></details>\n";
 }
 
+// What the populations' tables and graphs show, said once for them all.
+std::string PopulationsLegend() {
+    return "<h2>Populations</h2>\n<p class=\"note\">Each locus's graphs hold the observed counts "
+           "against the randomisations. The count axis starts at zero so that every class is "
+           "visible; the program's graph windows scale their axis to the data.</p>\n" +
+           GraphLegendSvg() +
+           "\n<p class=\"note\">Estimates are given with their 95% bootstrap interval beneath. "
+           "A negative closed-form estimate means fewer homozygotes than expected: read it as "
+           "no null allele. Under the null allele verdict, and under any borderline verdict: the "
+           "share of rounds at or beyond the observed count &plusmn; its Monte Carlo standard "
+           "error.</p>\n";
+}
+
 }  // namespace
 
 StudyReportBuilder::StudyReportBuilder(StudyReportHeader header) : header_(std::move(header)) {
@@ -325,17 +338,8 @@ std::string StudyReportBuilder::Begin() const {
            "\n<div class=\"report\">\n<div class=\"head\">\n"
            "<h1>Study report: " +
            heading + "</h1>\n" + HeadSection(header_) + "</div>\n<div class=\"methods\">\n" +
-           MethodsHtml(header_.settings) +
-           "</div>\n<div class=\"populations\">\n<h2>Populations</h2>\n" +
-           "<p class=\"note\">Each locus's graphs hold the observed counts against the " +
-           "randomisations. The count axis starts at zero so that every class is visible; the "
-           "program's graph windows scale their axis to the data.</p>\n" +
-           GraphLegendSvg() +
-           "\n<p class=\"note\">Estimates are given with their 95% bootstrap interval beneath. "
-           "A negative closed-form estimate means fewer homozygotes than expected: read it as "
-           "no null allele. Under the null allele verdict, and under any borderline verdict: the "
-           "share of rounds at or beyond the observed count &plusmn; its Monte Carlo standard "
-           "error.</p>\n";
+           MethodsHtml(header_.settings) + "</div>\n<div class=\"populations\">\n" +
+           PopulationsLegend();
 }
 
 std::string StudyReportBuilder::Add(const PopulationResult& population) {

@@ -98,10 +98,14 @@ std::string GraphDefsSvg(Confidence confidence) {
         "<path d=\"M-6 0h12\" stroke=\"#d62728\" stroke-width=\"2.2\"/></marker>"
         "<marker id=\"gc\" markerUnits=\"userSpaceOnUse\" overflow=\"visible\">"
         "<path d=\"M-3 0h6\" stroke=\"#d62728\"/></marker>";
+    // The frames' titles name the confidence interval: a model of one class, counted in every
+    // round, takes it (an empty one would leave a Bonferroni interval nothing to divide by).
+    RoundMatrix rounds(1, 100);
+    std::fill(rounds.Class(0).begin(), rounds.Class(0).end(), Int16{1});
     for (GraphModel::Kind kind : {GraphModel::Kind::Homozygotes, GraphModel::Kind::Differences}) {
-        GraphModel empty(kind, "", "", 0, {}, RoundMatrix{}, {});
-        empty.SetConfidence(confidence);
-        svg += Frame(empty);
+        GraphModel model(kind, "", "", 0, {1}, rounds, {1.0});
+        model.SetConfidence(confidence);
+        svg += Frame(model);
     }
     return svg + "</defs></svg>";
 }

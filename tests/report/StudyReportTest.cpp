@@ -11,6 +11,7 @@
 #include "base/Version.h"
 #include "base/XmlText.h"
 #include "report/ColumnGroups.h"
+#include "results/GraphSvg.h"
 
 namespace tavrelle {
 namespace {
@@ -110,6 +111,20 @@ TEST_F(StudyReportTest, GraphsAreCompactWithOneLegendAndWholeCoordinates) {
     EXPECT_GT(paths, 4U * 3U * 2U * 2U);
     // Styles are shared: only the overview's cells carry their colour inline.
     EXPECT_EQ(Count("style=\""), Count("<td class=\"c"));
+}
+
+TEST(GraphDefsSvg, NameEveryConfidenceIntervalInTheFramesTitles) {
+    for (Confidence confidence : {Confidence::Percent95, Confidence::Percent99,
+                                  Confidence::FullRange, Confidence::Bonferroni}) {
+        const std::string defs = GraphDefsSvg(confidence);
+        const std::string label =
+            "(CI: " + EscapeXml(GraphModel::ConfidenceLabel(confidence)) + ")";
+        std::size_t titles = 0;
+        for (std::size_t at = defs.find(label); at != std::string::npos;
+             at = defs.find(label, at + 1))
+            ++titles;
+        EXPECT_EQ(titles, 2U) << label;
+    }
 }
 
 TEST(ColumnGroups, CutColumnsIntoEvenGroupsThatFit) {
