@@ -17,6 +17,7 @@
 #include "analysis/ClockSeed.h"
 #include "base/Numbers.h"
 #include "base/ProgramError.h"
+#include "base/Sha256.h"
 #include "base/Version.h"
 #include "batch/BatchOptions.h"
 #include "population/DataFile.h"
@@ -174,6 +175,7 @@ val RunStudyOfFile(const std::string& name, const std::string& bytes, val argume
         LoadedFile loaded(file, bytes, options.format);
         StudyJob job;
         job.file = file;
+        job.fileSha256 = Sha256Hex(bytes);  // of the visitor's bytes, for the report's header
         job.settings = options.settings;
         if (job.settings.clockSeed) job.settings.seed = SeedFromClock();
         job.settings.tableFolder = kTableFolder;

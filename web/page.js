@@ -175,8 +175,18 @@
             `${json.populations.length} population${json.populations.length === 1 ? '' : 's'}.` +
             (study.notes ? ` ${study.notes}` : '');
 
-        const overview = report.querySelector('table.overview');
-        $('overview').replaceChildren(overview ? document.importNode(overview, true) : '');
+        // The overview comes in groups of loci; the graphs refer to the report's shared markers
+        // and frames, which the page holds once.
+        $('overview').replaceChildren(...[...report.querySelectorAll('table.overview')]
+            .map((table) => document.importNode(table, true)));
+        const defs = report.querySelector('svg.defs');
+        const held = document.getElementById('report-defs');
+        if (held) held.remove();
+        if (defs) {
+            const copy = document.importNode(defs, true);
+            copy.id = 'report-defs';
+            document.body.append(copy);
+        }
         for (const link of $('overview').querySelectorAll('a[href^="#p"]'))
             link.setAttribute('aria-label', `${link.textContent.trim()}: show this population and locus`);
 
@@ -204,19 +214,20 @@
     function showLocus(populationNumber, column) {
         const json = state.study.json;
         const population = json.populations.find((p) => p.number === populationNumber);
-        const header = $('overview').querySelector('table tr').cells[column + 1];
-        const locusName = header ? header.textContent : '';
-        const locus = population && population.loci.find((l) => l.name === locusName);
+        // The report's folded details of the locus: its summary names the locus.
         const section = state.report.getElementById(`p${populationNumber}-l${column}`);
+        const summary = section && section.querySelector('summary');
+        const locusName = summary ? summary.textContent.replace(/^Locus /, '') : '';
+        const locus = population && population.loci.find((l) => l.name === locusName);
         const detail = $('locus-detail');
         detail.replaceChildren();
         if (!population || !locus || !section) return;
 
-        const copy = document.importNode(section, true);
-        copy.removeAttribute('id');
-        const engineTable = copy.querySelector('table.estimates');
-        if (engineTable) engineTable.remove();
-        detail.append(copy);
+        detail.append(element('h3', {}, `${population.name}, locus ${locusName}`));
+        for (const graph of section.querySelectorAll('svg.graph'))
+            detail.append(element('figure', {}, document.importNode(graph, true)));
+        for (const text of section.querySelectorAll('pre'))
+            detail.append(document.importNode(text, true));
 
         const estimates = element('table', { className: 'estimates' });
         estimates.append(element('caption', {}, 'Null allele frequency: every estimate with its bootstrap interval'));

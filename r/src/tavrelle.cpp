@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "base/ProgramError.h"
+#include "base/Sha256.h"
 #include "population/DataFile.h"
 #include "population/FileKind.h"
 #include "population/InputDataSource.h"
@@ -318,6 +319,8 @@ Rcpp::List EngineStudy(std::string path, std::string format, std::string label,
 
     StudyHeader header;
     header.file = label;
+    // Of the file the study read: for a genind, of the Genepop text the package wrote for it.
+    header.fileSha256 = Sha256OfFile(path).value_or("");
     header.title = store.TitleLine();
     header.settings = settings;
 

@@ -7,6 +7,7 @@
 
 #include "base/AtomicFile.h"
 #include "base/ProgramError.h"
+#include "base/Sha256.h"
 #include "base/TemporaryFolder.h"
 #include "batch/DataConversion.h"
 #include "formats/GenotypeWorkbooks.h"
@@ -60,6 +61,7 @@ BatchInput::BatchInput(const BatchOptions& options, bool keepStoreData) {
     std::string bytes;
     try {
         bytes = ReadWholeFile(loadPath);
+        sha256 = Sha256Hex(bytes);
     } catch (const ProgramError&) {
         // Missing and unreadable files are the store's to tell, as the desktop tells them.
         storeLoad = true;

@@ -35,6 +35,8 @@ public:
     std::optional<GenotypeRead> read;
     // What the reader read as it stands but the user should know, one located line each.
     std::vector<std::string> notes;
+    // SHA-256 of the bytes read, for the reports' header; empty when they could not be read.
+    std::string sha256;
 
 private:
     std::string temporary_;

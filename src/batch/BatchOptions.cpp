@@ -224,4 +224,24 @@ BatchOptions ParseBatchOptions(const std::vector<std::string>& arguments) {
     return options;
 }
 
+std::string CommandLineText(const std::vector<std::string>& arguments) {
+    std::string line;
+    for (const std::string& argument : arguments) {
+        if (!line.empty()) line += ' ';
+        const bool plain =
+            !argument.empty() && argument.find_first_not_of(
+                                     "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRS"
+                                     "TUVWXYZ0123456789-_./=,:+@%") == std::string::npos;
+        if (plain) {
+            line += argument;
+            continue;
+        }
+        line += '\'';
+        for (char c : argument)
+            line += c == '\'' ? std::string("'\\''") : std::string(1, c);
+        line += '\'';
+    }
+    return line;
+}
+
 }  // namespace tavrelle

@@ -13,6 +13,7 @@
 namespace tavrelle {
 
 struct BatchOptions {
+    std::string commandLine;  // as typed, for the study report's header
     std::string file;  // Genepop, .xls or .xlsx, told by its name's ending; "-" standard input
     // The workbook's sheet that holds the data, as the sheet dialog would be given it.
     std::string sheet = "Sheet1";
@@ -46,5 +47,9 @@ BatchOptions ParseBatchOptions(const std::vector<std::string>& arguments);
 
 // The --help text.
 std::string BatchUsage();
+
+// The command line as a shell would take it back: arguments with spaces or quotes in single
+// quotes.
+std::string CommandLineText(const std::vector<std::string>& arguments);
 
 }  // namespace tavrelle

@@ -202,6 +202,8 @@ BatchCounts RunBatch(const BatchOptions& options, const std::filesystem::path& t
         notes << "tavrelle-batch: " << note << "\n";
     StudyJob job;
     job.file = options.file == "-" ? "standard input" : options.file;
+    job.fileSha256 = input.sha256;
+    job.command = options.commandLine;
     if (!input.storeLoad) {
         // Formats that name their populations give the names the reports show.
         for (const GenotypePopulation& population : input.read->data.populations)

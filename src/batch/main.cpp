@@ -64,8 +64,8 @@ int main(int argc, char** argv) {
     // Ctrl-C or a job's time limit leaves no half-written report or file behind.
     PartialFiles::RemoveOnSignal();
     try {
-        const BatchOptions options =
-            ParseBatchOptions(std::vector<std::string>(argv + 1, argv + argc));
+        BatchOptions options = ParseBatchOptions(std::vector<std::string>(argv + 1, argv + argc));
+        options.commandLine = CommandLineText(std::vector<std::string>(argv, argv + argc));
         return Finish(Run(options, argv[0]));
     } catch (const std::invalid_argument& refusal) {
         return Fail(2, refusal.what());

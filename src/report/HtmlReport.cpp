@@ -12,6 +12,8 @@ public:
     std::string Begin(const StudyHeader& header) override {
         StudyReportHeader study;
         study.file = header.file;
+        study.fileSha256 = header.fileSha256;
+        study.command = header.command;
         study.title = header.title;
         study.settings = header.settings;
         study.clockSeed = header.settings.clockSeed;

@@ -12,7 +12,10 @@ namespace tavrelle {
 // What a study report states before the populations: the file, the settings and seed of the run.
 struct StudyReportHeader {
     std::string file;
-    std::string title;  // the data set's own title line
+    std::string fileSha256;  // of the file as it was read; empty when not known
+    std::string title;       // the data set's own title line
+    std::string command;     // the command line that ran the study; empty from a window
+    std::string created;     // when the report was made; empty: now (SOURCE_DATE_EPOCH if set)
     RunSettings settings;
     bool clockSeed = true;
 };
@@ -29,7 +32,7 @@ struct StudyReportInput : StudyReportHeader {
 // last in the file, and the page's style shows them above the populations' sections.
 class StudyReportBuilder {
 public:
-    explicit StudyReportBuilder(StudyReportHeader header) : header_(std::move(header)) {}
+    explicit StudyReportBuilder(StudyReportHeader header);
     std::string Begin() const;
     // The sections of one population.
     std::string Add(const PopulationResult& population);
@@ -43,9 +46,12 @@ private:
     int added_ = 0;
 };
 
-// One self-contained HTML page: the settings and seed, the overview table and heat map, then for
-// every population and locus the two graphs as inline SVG, the probability table, the verdict
-// texts and the estimates. No script, no external file.
+// One self-contained HTML page for a paper's supplement: the program, its version, the date, the
+// file and its SHA-256, the command or settings in full and the methods; the overview table and
+// heat map; for every population its estimates with intervals, failure rates, F, model and verdict,
+// and for every locus the two graphs as inline SVG, the probability table and the verdict texts
+// (folded on screen, printed in full); the references and how to cite the program. No script, no
+// external file. Its print style suits A4 and Letter paper.
 std::string StudyReportHtml(const StudyReportInput& input);
 
 }  // namespace tavrelle

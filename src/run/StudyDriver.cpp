@@ -27,6 +27,8 @@ StudyCounts RunStudyJob(InputDataSource& store, const StudyJob& job, StudySink& 
                         std::ostream& notes) {
     StudyHeader header;
     header.file = job.file;
+    header.fileSha256 = job.fileSha256;
+    header.command = job.command;
     header.title = store.TitleLine();
     header.settings = job.settings;
     header.settings.repeatByLocus = MotifsOfLoci(store.LocusNames(), job.repeatByName,

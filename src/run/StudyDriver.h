@@ -17,6 +17,8 @@ class InputDataSource;
 // name it, the data set's title line, and the settings every population was run with.
 struct StudyHeader {
     std::string file;
+    std::string fileSha256;  // empty when not known
+    std::string command;     // the command line that ran the study, if any
     std::string title;
     RunSettings settings;
 };
@@ -24,7 +26,9 @@ struct StudyHeader {
 // A study of a loaded store, as the batch program runs it. The R package and the web page give
 // the same job and get the same reports.
 struct StudyJob {
-    std::string file;  // as the reports name it
+    std::string file;        // as the reports name it
+    std::string fileSha256;  // of the bytes read; empty when not known
+    std::string command;     // the command line that ran the study, if any
     // As the front end built them, the seed already chosen (the clock's or the user's); the
     // motifs for all loci in repeatForAll, the table folder, and isExcel for a workbook. The
     // reports print maxAlleleSize as a number: give a whole number (the batch takes 50 to 700).

@@ -8,6 +8,7 @@
 #include "../support/ProgramRun.h"
 #include "../support/SimulatedGenepop.h"
 #include "../support/TempFolder.h"
+#include "base/Sha256.h"
 #include "batch/BatchOptions.h"
 #include "run/StudyRun.h"
 
@@ -208,6 +209,36 @@ TEST_F(BatchProgram, MotifsComeFromATableStandardInputAndTheCommandLineAlike) {
         RunBatchProgram(file + " --repeats " + File("bad.txt", "LocA 9\n"));
     EXPECT_EQ(bad.exitCode, 2);
     EXPECT_NE(bad.output.find("line 1: give a locus name and its motif"), std::string::npos);
+}
+
+TEST_F(BatchProgram, StudyReportNamesTheCommandAndTheFilesHashFromFileOrStandardInput) {
+    const std::string text = testing::SimulatedGenepop({30, 25});
+    const std::string file = File("study.gen", text);
+    const std::string hash = Sha256Hex(text);
+    const std::string fromFile =
+        RunBatchProgram(file + " --repeat 2 --seed 9 --bootstrap 0 --report - 2>/dev/null").output;
+    EXPECT_NE(fromFile.find(hash), std::string::npos);
+    EXPECT_NE(fromFile.find("--repeat 2 --seed 9 --bootstrap 0 --report -"), std::string::npos);
+    const std::string fromInput =
+        RunBatchProgram("- --repeat 2 --seed 9 --bootstrap 0 --report - 2>/dev/null < " + file)
+            .output;
+    EXPECT_NE(fromInput.find(hash), std::string::npos);
+}
+
+TEST(CommandLineText, QuotesWhatAShellWouldSplitOrExpand) {
+    const struct {
+        std::vector<std::string> arguments;
+        const char* text;
+    } cases[] = {
+        {{"tavrelle-batch", "data.gen", "--repeat", "Loc3=4", "--seed", "7"},
+         "tavrelle-batch data.gen --repeat Loc3=4 --seed 7"},
+        {{"tavrelle-batch", "my data.gen", "--repeat", "Loc 7=3"},
+         "tavrelle-batch 'my data.gen' --repeat 'Loc 7=3'"},
+        {{"b", "it's", ""}, "b 'it'\\''s' ''"},
+        {{"b", "$HOME", "a;b"}, "b '$HOME' 'a;b'"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(CommandLineText(c.arguments), c.text);
 }
 
 TEST_F(BatchProgram, StandardInputGivesTheSameReportAsTheFile) {

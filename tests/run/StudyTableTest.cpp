@@ -129,14 +129,13 @@ TEST_F(StudyTableTest, ReportIsOnePageWithEveryLocusAndNothingFetched) {
             ++n;
         return n;
     };
-    // Two graphs for each of 4 x 3 cells, and the heat map.
-    EXPECT_EQ(count("<svg"), 4U * 3U * 2U + 1U);
+    // Two graphs for each of 4 x 3 cells, the heat map, and the graphs' shared frames and legend.
+    EXPECT_EQ(count("<svg"), 4U * 3U * 2U + 3U);
     EXPECT_EQ(count("<svg"), count("</svg>"));
-    EXPECT_EQ(count("The count axis starts at zero"), 4U * 3U * 2U);
-    EXPECT_EQ(count("<section class=\"locus\""), 4U * 3U);
+    EXPECT_EQ(count("The count axis starts at zero"), 1U);
+    EXPECT_EQ(count("<details id="), 4U * 3U);
     for (const LocusResult& locus : (*results_)[3].analysis->Loci())
-        EXPECT_NE(html.find(">" + (*results_)[3].name + ", locus " + locus.name + "<"),
-                  std::string::npos);
+        EXPECT_NE(html.find("<summary>Locus " + locus.name + "<"), std::string::npos);
 }
 
 }  // namespace

@@ -20,7 +20,7 @@ function runBatch(batch, file, options) {
             '--report', 'out.html', '--threads', '1'];
         const run = spawnSync(path.resolve(batch), words, { cwd: folder, encoding: 'utf8', maxBuffer: 1 << 28 });
         const read = (out) => (fs.existsSync(path.join(folder, out)) ? fs.readFileSync(path.join(folder, out), 'utf8') : null);
-        return { status: run.status, stderr: run.stderr, json: read('out.json'), csv: read('out.csv'), report: read('out.html') };
+        return { status: run.status, stderr: run.stderr, json: read('out.json'), csv: read('out.csv'), report: withoutRunLines(read('out.html')) };
     } finally {
         fs.rmSync(folder, { recursive: true, force: true });
     }
@@ -46,4 +46,11 @@ function firstDifference(a, b) {
         `  web:   ${String(left[first]).slice(0, 300)}\n  batch: ${String(right[first]).slice(0, 300)}`;
 }
 
-module.exports = { runBatch, firstDifference, commandLineOf };
+// A study report without the lines that tell when and by which command it was made, which differ
+// between two runs of the same study.
+function withoutRunLines(report) {
+    return report === null || report === undefined ? report
+        : String(report).replace(/^<tr><th>(Report made|Command)<\/th>.*\n/gm, '');
+}
+
+module.exports = { runBatch, firstDifference, commandLineOf, withoutRunLines };

@@ -10,7 +10,7 @@ const os = require('os');
 const path = require('path');
 const { pathToFileURL } = require('url');
 const { launchChromium, watchPage } = require('./browser');
-const { runBatch, firstDifference } = require('./batch');
+const { runBatch, firstDifference, withoutRunLines } = require('./batch');
 
 const [site, batch, demo, shots] = process.argv.slice(2);
 
@@ -89,7 +89,7 @@ async function main() {
     const web = {
         json: await waitForFile(path.join(downloads, `${base}.json`)),
         csv: await waitForFile(path.join(downloads, `${base}.csv`)),
-        report: await waitForFile(path.join(downloads, `${base}-report.html`)),
+        report: withoutRunLines(await waitForFile(path.join(downloads, `${base}-report.html`))),
     };
     const native = runBatch(batch, demo, options);
     for (const what of ['json', 'csv', 'report'])

@@ -23,6 +23,7 @@
 #include "analysis/ClockSeed.h"
 #include "analysis/SeedText.h"
 #include "base/ProgramError.h"
+#include "base/Sha256.h"
 #include "formats/StudySource.h"
 #include "formats/StudyTableXlsx.h"
 #include "report/StudyReport.h"
@@ -188,6 +189,7 @@ bool frmStudyOverview::Run() {
         return false;
     }
     title_ = study.title;
+    fileSha256_ = Sha256OfFile(request_.file).value_or("");
     populations_ = std::move(study.populations);
     request_.settings.isExcel = study.isExcel;
     request_.settings.seed = seed_;
@@ -343,6 +345,7 @@ bool frmStudyOverview::SaveHeatMapAs(const std::string& path) {
 bool frmStudyOverview::ExportReport(const std::string& path) {
     StudyReportInput input;
     input.file = request_.file;
+    input.fileSha256 = fileSha256_;
     input.title = title_;
     input.settings = request_.settings;
     input.clockSeed = clockSeed_;

@@ -95,6 +95,7 @@ private:
     StudyRequest request_;
     Interaction& interaction_;
     std::string title_;
+    std::string fileSha256_;  // of the file as this run read it, for the report
     std::int32_t seed_ = 0;
     bool clockSeed_ = true;
     std::vector<StudyPopulation> populations_;
