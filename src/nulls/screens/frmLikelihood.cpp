@@ -199,11 +199,14 @@ void frmLikelihood::ShowResult() {
     const InbreedingResult& f = result_.inbreeding;
     // The log-likelihoods the choice rests on (least AIC = 2 parameters - 2 log L).
     QStringList fits;
-    for (std::size_t m = 0; m < f.logLikelihoods.size(); ++m)
-        fits << QString("%1 %2").arg(kNestedModelNames[m],
-                                     std::isfinite(f.logLikelihoods[m])
-                                         ? QString::number(f.logLikelihoods[m], 'f', 1)
-                                         : QString("impossible (blanks)"));
+    for (std::size_t m = 0; m < f.logLikelihoods.size(); ++m) {
+        const double logL = f.logLikelihoods[m];
+        fits << (std::isfinite(logL) ? QString("%1 %2 (%3 parameters, AIC %4)")
+                                           .arg(kNestedModelNames[m], QString::number(logL, 'f', 1))
+                                           .arg(f.parameters[m])
+                                           .arg(2.0 * f.parameters[m] - 2 * logL, 0, 'f', 1)
+                                     : QString("%1 impossible (blanks)").arg(kNestedModelNames[m]));
+    }
     // The verdict itself says when F's interval includes 0 ("No clear evidence of inbreeding").
     InbreedingLabel->setText(QString("Model with the least AIC: %1.  %2\nLog-likelihoods: %3.")
                                  .arg(kNestedModelNames[static_cast<std::size_t>(f.model)],
