@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <limits>
 
+#include "nulls/EstimateWords.h"
+
 namespace tavrelle {
 
 namespace {
@@ -75,6 +77,16 @@ std::string InbreedingVerdict(NestedModel model, double f, double low, double hi
                       high);
     else
         std::snprintf(estimate, sizeof estimate, "F = %.3f (no interval)", f);
+    // AIC can favour a model with F while F's interval still reaches 0: that is no finding.
+    const bool withF = model == NestedModel::kInbreeding || model == NestedModel::kBoth;
+    if (withF && IntervalIncludesZero(low, high)) {
+        const std::string rest =
+            model == NestedModel::kBoth
+                ? "null alleles at some loci explain part of the homozygote excess; "
+                : "the homozygote excess shared by the loci is too small to tell from none; ";
+        return std::string("No clear evidence of inbreeding: F's interval includes 0, so ") + rest +
+               estimate + ".";
+    }
     switch (model) {
         case NestedModel::kNeither:
             return std::string(

@@ -46,7 +46,8 @@ NestedModel ChooseModel(const std::array<double, 4>& logLikelihoods,
                         const std::array<int, 4>& parameters);
 
 // One plain sentence on what the chosen model says, with F and its interval (NaN ends for no
-// interval).
+// interval). Where the model has F but its interval includes 0 (or there is none), the sentence
+// begins "No clear evidence of inbreeding".
 std::string InbreedingVerdict(NestedModel model, double f, double low, double high);
 
 }  // namespace tavrelle

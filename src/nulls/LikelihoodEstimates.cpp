@@ -157,6 +157,7 @@ PopulationEstimates EstimateNullAllelesAndInbreeding(const std::vector<std::stri
     inbreeding.interval = PercentileInterval(drawn[slots - 1]);
     inbreeding.model = joint.chosen;
     inbreeding.logLikelihoods = joint.logLikelihoods;
+    inbreeding.parameters = joint.parameters;
     inbreeding.verdict = InbreedingVerdict(joint.chosen, inbreeding.f, inbreeding.interval.low,
                                            inbreeding.interval.high);
     result.replicates = static_cast<int>(replicates);

@@ -43,6 +43,7 @@ struct InbreedingResult {
     Interval interval{kNoValue, kNoValue};
     NestedModel model = NestedModel::kNeither;
     std::array<double, 4> logLikelihoods{};  // by NestedModel
+    std::array<int, 4> parameters{};         // free parameters by NestedModel, for AIC
     std::string verdict;
 };
 

@@ -8,6 +8,7 @@
 
 #include "../support/GenotypeCounts.h"
 #include "Simulator.h"
+#include "nulls/EstimateWords.h"
 #include "nulls/NullAlleleEm.h"
 #include "nulls/NullAlleleEstimates.h"
 
@@ -291,6 +292,32 @@ TEST(LikelihoodEstimates, PrescribedEstimatesAreTheRunsOwn) {
         for (std::size_t m = 0; m < 4; ++m)
             EXPECT_EQ(result.loci[l].estimates[m], expected[m]);
     }
+}
+
+// "No clear evidence of inbreeding" exactly where a model with F has an interval reaching 0.
+TEST(InbreedingVerdict, SaysNoClearEvidenceWhenTheIntervalIncludesZero) {
+    const double none = std::nan("");
+    struct Case {
+        NestedModel model;
+        double low, high;
+        bool noClearEvidence;
+    };
+    const Case cases[] = {
+        {NestedModel::kInbreeding, 0.0, 0.123, true},  // the interval at the boundary
+        {NestedModel::kBoth, -0.01, 0.2, true},
+        {NestedModel::kInbreeding, 0.02, 0.2, false},
+        {NestedModel::kBoth, 0.001, 0.1, false},
+        {NestedModel::kInbreeding, none, none, false},  // no interval: nothing to judge by
+        {NestedModel::kNulls, 0.0, 0.1, false},         // models without F say what they say
+        {NestedModel::kNeither, 0.0, 0.1, false},
+    };
+    for (const Case& c : cases) {
+        const std::string verdict = InbreedingVerdict(c.model, 0.05, c.low, c.high);
+        EXPECT_EQ(verdict.rfind("No clear evidence of inbreeding", 0) == 0, c.noClearEvidence)
+            << verdict;
+        EXPECT_NE(verdict.find("F = 0.050"), std::string::npos) << verdict;
+    }
+    EXPECT_NE(std::string(kNegativeEstimateNote).find("fewer homozygotes"), std::string::npos);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <QPushButton>
 #include <QResizeEvent>
 
+#include "nulls/EstimateWords.h"
 #include "widgets/Twips.h"
 
 namespace tavrelle {
@@ -15,6 +16,8 @@ frmAllNulls::frmAllNulls(QWidget* parent) : QDialog(parent) {
     // The conclusion under the table is a long sentence: it wraps at the window's edge.
     NullTextBox->setLineWrapMode(QPlainTextEdit::WidgetWidth);
     NullTextBox->setTabStopDistance(48);
+    // The closed formulas' estimates in the table can be negative.
+    NullTextBox->setToolTip(kNegativeEstimateNote);
     HelpButton = new QPushButton("&More Info", this);
     CloseButton = new QPushButton("&Close", this);
     setMinimumSize(TwipsToPixels(3500, this), TwipsToPixels(2200, this));

@@ -18,6 +18,8 @@
 #include <array>
 #include <cmath>
 
+#include "nulls/EstimateWords.h"
+
 namespace tavrelle {
 
 namespace {
@@ -195,23 +197,20 @@ void frmLikelihood::Compute() {
 
 void frmLikelihood::ShowResult() {
     const InbreedingResult& f = result_.inbreeding;
-    // A model choice by AIC can favour F while its interval still reaches 0: say so, rather
-    // than let "inbreeding" stand as a finding.
-    const bool fUnclear = f.interval.low <= 0 && f.interval.high >= 0;
-    const bool withF = f.model == NestedModel::kInbreeding || f.model == NestedModel::kBoth;
-    const QString caution = withF && fUnclear
-                                ? "  No clear evidence of inbreeding: F's 95% interval includes 0."
-                                : QString();
     // The log-likelihoods the choice rests on (least AIC = 2 parameters - 2 log L).
     QStringList fits;
-    for (std::size_t m = 0; m < f.logLikelihoods.size(); ++m)
-        fits << QString("%1 %2").arg(kNestedModelNames[m],
-                                     std::isfinite(f.logLikelihoods[m])
-                                         ? QString::number(f.logLikelihoods[m], 'f', 1)
-                                         : QString("impossible (blanks)"));
-    InbreedingLabel->setText(QString("Best model: %1.  %2%3\nLog-likelihoods: %4.")
+    for (std::size_t m = 0; m < f.logLikelihoods.size(); ++m) {
+        const double logL = f.logLikelihoods[m];
+        fits << (std::isfinite(logL) ? QString("%1 %2 (%3 parameters, AIC %4)")
+                                           .arg(kNestedModelNames[m], QString::number(logL, 'f', 1))
+                                           .arg(f.parameters[m])
+                                           .arg(2.0 * f.parameters[m] - 2 * logL, 0, 'f', 1)
+                                     : QString("%1 impossible (blanks)").arg(kNestedModelNames[m]));
+    }
+    // The verdict itself says when F's interval includes 0 ("No clear evidence of inbreeding").
+    InbreedingLabel->setText(QString("Model with the least AIC: %1.  %2\nLog-likelihoods: %3.")
                                  .arg(kNestedModelNames[static_cast<std::size_t>(f.model)],
-                                      QString::fromStdString(f.verdict), caution, fits.join(", ")));
+                                      QString::fromStdString(f.verdict), fits.join(", ")));
     EstimatesTable->clear();
     EstimatesTable->setRowCount(static_cast<int>(result_.loci.size()));
     EstimatesTable->setColumnCount(static_cast<int>(kEstimateCount) + 1);
@@ -220,8 +219,7 @@ void frmLikelihood::ShowResult() {
         headers << label;
     headers << "Failure rate";
     EstimatesTable->setHorizontalHeaderLabels(headers);
-    const QString negative =
-        "Below 0 where the locus has fewer homozygotes than expected: read as no null allele.";
+    const QString negative = kNegativeEstimateNote;
     for (int e = 0; e < 4; ++e)
         EstimatesTable->horizontalHeaderItem(e)->setToolTip(negative);
     EstimatesTable->horizontalHeaderItem(static_cast<int>(kEmFailure))
