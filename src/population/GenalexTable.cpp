@@ -146,18 +146,18 @@ CellRows GenalexRows(const GenotypeData& data) {
                      std::to_string(data.populations.size())};
     rows[1].cells = {data.title, "", ""};
     rows[2].cells = {"Ind", "Pop"};
+    const std::vector<std::string> labels = PopulationLabels(data);
     for (std::size_t p = 0; p < data.populations.size(); ++p) {
         rows[0].cells.push_back(std::to_string(data.populations[p].samples.size()));
-        rows[1].cells.push_back(PopulationLabel(data, p));
+        rows[1].cells.push_back(labels[p]);
     }
     for (const std::string& locus : data.loci) {
         rows[2].cells.push_back(locus);
         rows[2].cells.emplace_back();
     }
     for (std::size_t p = 0; p < data.populations.size(); ++p) {
-        const std::string label = PopulationLabel(data, p);
         for (const GenotypeSample& sample : data.populations[p].samples) {
-            CellRow row{0, {sample.name, label}};
+            CellRow row{0, {sample.name, labels[p]}};
             for (const AllelePair& pair : sample.genotypes) {
                 row.cells.push_back(std::to_string(pair.first));
                 row.cells.push_back(std::to_string(pair.second));

@@ -24,7 +24,7 @@ GenotypeRead ReadGenalexCsv(std::string_view bytes, const std::string& file);
 bool IsGenalexCountRow(const CellRow& row);
 
 // The rows GenAlEx's layout puts on a sheet or in a CSV file; a population without a name gets
-// its PopulationLabel.
+// its label from PopulationLabels.
 CellRows GenalexRows(const GenotypeData& data);
 
 // Those rows as CSV text, comma separated, LF line ends.

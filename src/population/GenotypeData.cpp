@@ -1,5 +1,7 @@
 #include "population/GenotypeData.h"
 
+#include <set>
+
 #include "base/Numbers.h"
 
 namespace tavrelle {
@@ -18,14 +20,33 @@ std::string OwnLabel(const GenotypePopulation& population, std::size_t index) {
 
 }  // namespace
 
-std::string PopulationLabel(const GenotypeData& data, std::size_t index) {
-    const std::string label = OwnLabel(data.populations.at(index), index);
-    if (!data.populations[index].name.empty()) return label;
-    // A made-up label must not merge two populations in a format that groups by name.
-    for (std::size_t other = 0; other < data.populations.size(); ++other)
-        if (other != index && OwnLabel(data.populations[other], other) == label)
-            return label + "_" + std::to_string(index + 1);
-    return label;
+std::vector<std::string> PopulationLabels(const GenotypeData& data) {
+    const std::size_t count = data.populations.size();
+    std::vector<std::string> own(count);
+    std::set<std::string> taken;
+    for (std::size_t p = 0; p < count; ++p) {
+        own[p] = OwnLabel(data.populations[p], p);
+        if (!data.populations[p].name.empty()) taken.insert(own[p]);
+    }
+    // A made-up label must not merge two populations in a format that groups by name, nor take
+    // the name another population has or was given.
+    std::vector<std::string> labels(count);
+    for (std::size_t p = 0; p < count; ++p) {
+        std::string label = own[p];
+        if (data.populations[p].name.empty()) {
+            const std::string suffix = "_" + std::to_string(p + 1);
+            for (std::size_t other = 0; other < count; ++other)
+                if (other != p && own[other] == label) {
+                    label += suffix;
+                    break;
+                }
+            while (taken.contains(label))
+                label += suffix;
+            taken.insert(label);
+        }
+        labels[p] = std::move(label);
+    }
+    return labels;
 }
 
 }  // namespace tavrelle

@@ -45,7 +45,8 @@ struct GenotypeData {
 
 // The name a population goes by where a format needs one: its own, else the first word of its
 // first sample's name (as the grid's caption), else "Pop" and its number from 1; a made-up name
-// that another population's would equal gets "_" and the population's number from 1.
-std::string PopulationLabel(const GenotypeData& data, std::size_t index);
+// that another population's would equal gets "_" and the population's number from 1 (again
+// while it still equals a label given before), so that no two labels are the same.
+std::vector<std::string> PopulationLabels(const GenotypeData& data);
 
 }  // namespace tavrelle

@@ -236,8 +236,9 @@ GenotypeRead ReadTidyCsv(std::string_view bytes, const std::string& file) {
 std::string TidyCsv(const GenotypeData& data) {
     CellRows rows{{1, {"sample", "population", "locus", "allele1", "allele2"}}};
     auto allele = [](int value) { return value == 0 ? std::string() : std::to_string(value); };
+    const std::vector<std::string> labels = PopulationLabels(data);
     for (std::size_t p = 0; p < data.populations.size(); ++p) {
-        const std::string label = PopulationLabel(data, p);
+        const std::string& label = labels[p];
         for (const GenotypeSample& sample : data.populations[p].samples)
             for (std::size_t locus = 0; locus < data.loci.size(); ++locus)
                 rows.push_back(

@@ -3,7 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "population/DataFormat.h"
 #include "population/GenalexTable.h"
@@ -36,8 +38,9 @@ inline int ReadGenotypeBytes(const std::uint8_t* data, std::size_t size, FormatC
         if (!(back == expected)) std::abort();
     }
     GenotypeData expected = read.data;
+    const std::vector<std::string> labels = PopulationLabels(expected);
     for (std::size_t p = 0; p < expected.populations.size(); ++p)
-        expected.populations[p].name = PopulationLabel(expected, p);
+        expected.populations[p].name = labels[p];
     const GenotypeRead genalex = ReadGenalexCsv(GenalexCsv(read.data), "back");
     if (!genalex.Ok() || !(genalex.data.loci == expected.loci) ||
         !(genalex.data.populations == expected.populations))

@@ -24,8 +24,9 @@ GenotypeData Simulated() {
 // What a format without titles or population names keeps: the rest.
 GenotypeData Untitled(GenotypeData data, bool keepsPopulationNames) {
     data.title.clear();
+    const std::vector<std::string> labels = PopulationLabels(data);
     for (std::size_t p = 0; p < data.populations.size(); ++p)
-        data.populations[p].name = keepsPopulationNames ? PopulationLabel(data, p) : "";
+        data.populations[p].name = keepsPopulationNames ? labels[p] : "";
     return data;
 }
 
@@ -66,6 +67,33 @@ TEST(GenotypeReaders, EveryFormatGivesBackTheGenotypesItWasGiven) {
     for (GenotypePopulation& population : titled.populations)
         population.name.clear();
     EXPECT_EQ(GenepopText(titled, refusal), GenepopText(data, refusal));
+}
+
+// Populations without names get labels a format that groups by name cannot merge, even where a
+// made-up label meets another population's own.
+TEST(GenotypeReaders, PopulationLabelsAreUnique) {
+    struct Case {
+        std::vector<std::pair<std::string, std::string>> populations;  // name, first sample
+        std::vector<std::string> labels;
+    };
+    const std::vector<Case> cases = {
+        {{{"", "ab 1"}, {"", "cd"}}, {"ab", "cd"}},
+        {{{"", "p"}, {"", "p"}}, {"p_1", "p_2"}},
+        {{{"", "p"}, {"", "p"}, {"", "p_2"}}, {"p_1", "p_2", "p_2_3"}},
+        {{{"", "p_2"}, {"", "p"}, {"", "p"}}, {"p_2", "p_2_2", "p_3"}},
+        {{{"", "p"}, {"", "p"}, {"p_2", "x"}}, {"p_1", "p_2_2", "p_2"}},
+        {{{"", ""}, {"Pop2", "x"}}, {"Pop1", "Pop2"}},
+        {{{"", ""}, {"Pop1", "x"}}, {"Pop1_1", "Pop1"}},
+    };
+    for (const Case& c : cases) {
+        GenotypeData data;
+        for (const auto& [name, sample] : c.populations) {
+            GenotypePopulation population{.name = name, .samples = {}};
+            if (!sample.empty()) population.samples.push_back({.name = sample, .genotypes = {}});
+            data.populations.push_back(population);
+        }
+        EXPECT_EQ(PopulationLabels(data), c.labels) << c.labels.back();
+    }
 }
 
 TEST(GenotypeReaders, TwoDigitGenepopIsReadAsItsNumbers) {
