@@ -111,6 +111,15 @@ SuspectPolicy Policy(const std::string& text) {
     Refuse("--on-suspect: choose stop, omit or proceed (got '" + text + "').");
 }
 
+std::size_t OverviewEstimate(const std::string& text) {
+    std::string keys;
+    for (std::size_t e = 0; e < kEstimateKeys.size(); ++e) {
+        if (text == kEstimateKeys[e]) return e;
+        keys += (e ? ", " : "") + std::string(kEstimateKeys[e]);
+    }
+    Refuse("--overview-estimate: choose one of " + keys + " (got '" + text + "').");
+}
+
 // One option: its name, whether it steers an analysis (and so means nothing to convert), and
 // what it does with its value (an empty value for a flag).
 struct OptionRow {
@@ -157,6 +166,8 @@ const std::vector<OptionRow>& OptionTable() {
         {"--json", true, true, [](S v, O& o) { o.jsonFile = ReportTarget(v); }},
         {"--csv", true, true, [](S v, O& o) { o.csvFile = ReportTarget(v); }},
         {"--report", true, true, [](S v, O& o) { o.reportFile = ReportTarget(v); }},
+        {"--overview-estimate", true, true,
+         [](S v, O& o) { o.settings.overviewEstimate = OverviewEstimate(v); }},
         {"--bootstrap", true, true,
          [](S v, O& o) { o.settings.bootstrap = WholeNumberIn("--bootstrap", v, 0, 100000); }},
         {"--threads", true, true,

@@ -62,6 +62,10 @@ Options:
   --report FILE            Write the study report ("-" for standard output): one HTML page
                            with the settings, the overview table, the heat map and every
                            locus's graphs and verdicts.
+  --overview-estimate E    The null allele estimate the report's overview and heat map show:
+                           em_failure (default: blanks read as failed amplifications or null
+                           homozygotes, as the data say), em (every blank a null homozygote),
+                           em_missing, joint, velmaret, chakraborty, brookfield1, brookfield2.
   --bootstrap N            Resamples for the intervals of the estimates; 0 for none.
                            Default 1000.
   --threads N              Populations analysed at once, 1 to 256. Default: the CPUs this

@@ -13,6 +13,7 @@
 #include "results/GraphSvg.h"
 #include "results/LocusGraphs.h"
 #include "run/EstimateColour.h"
+#include "run/StudyGridLayout.h"
 #include "run/StudyHeatMap.h"
 #include "run/StudyTable.h"
 
@@ -121,11 +122,12 @@ std::string SettingsSection(const StudyReportHeader& input, int delivered, int p
     auto row = [&](const std::string& name, const std::string& value) {
         html += "<tr><th>" + Html(name) + "</th><td>" + Html(value) + "</td></tr>";
     };
-    row("Populations",
-        std::to_string(delivered) +
-            (delivered < populationsInFile
-                 ? " of " + std::to_string(populationsInFile) + " (the run was cancelled)"
-                 : ""));
+    row("Populations", std::to_string(delivered) +
+                           (delivered < populationsInFile
+                                ? " of " + std::to_string(populationsInFile) +
+                                      " (run cancelled after " + std::to_string(delivered) +
+                                      " of " + std::to_string(populationsInFile) + " populations)"
+                                : ""));
     row("Randomisations", std::to_string(s.randomisations));
     row("Confidence interval", GraphModel::ConfidenceLabel(s.confidence));
     row("Maximum allele size", s.maxAlleleSize);
@@ -133,18 +135,24 @@ std::string SettingsSection(const StudyReportHeader& input, int delivered, int p
     row("Suspect values", suspects);
     row("Seed", std::to_string(s.seed) + (input.clockSeed ? " (from the clock)" : " (set)"));
     row("Bootstrap replicates", s.bootstrap > 0 ? std::to_string(s.bootstrap) : "none");
-    row("Estimate shown in the overview", kStudyEstimateName);
+    row("Estimate shown in the overview", StudyEstimateName(s.overviewEstimate));
     return html + "</table>\n";
 }
 
 // What the overview's cells and totals say; one place, so that a change of wording is one edit.
-std::string OverviewLegend() {
-    return "<p class=\"note\">Each cell: the null allele verdict, the " +
-           std::string(kStudyEstimateName) +
-           " estimate of the null allele frequency (colour), S for stutter and D for large "
-           "allele drop-out. The totals count the loci of a population, and the populations "
-           "of a locus, where each fires. A cell links to its population's details. The loci are "
-           "shown in groups that fit the printed page.</p>\n";
+std::string OverviewLegend(const StudyTable& table) {
+    std::string html = "<p class=\"note\">Each cell: the null allele verdict, the " +
+                       Html(StudyEstimateName(table.Estimate())) +
+                       " estimate of the null allele frequency (colour), S for stutter and D for "
+                       "large allele drop-out. The totals count the loci of a population, and the "
+                       "populations of a locus, where each fires. A cell links to its "
+                       "population's details. The loci are shown in groups that fit the printed "
+                       "page.</p>\n";
+    const std::string marks = StudyMarksLegend(table);
+    if (!marks.empty()) html += "<p class=\"note\">" + Html(marks) + "</p>\n";
+    const std::string cancelled = CancelledText(table);
+    if (!cancelled.empty()) html += "<p class=\"mark\">" + Html(cancelled) + "</p>\n";
+    return html;
 }
 
 std::string OverviewCell(const std::optional<StudyCell>& cell, const std::string& anchor) {
@@ -153,11 +161,21 @@ std::string OverviewCell(const std::optional<StudyCell>& cell, const std::string
     std::string marks;
     if (cell->flags.stutter) marks += " S";
     if (cell->flags.dropout) marks += " D";
+    std::string title;
+    if (cell->AnyBorderline()) {
+        marks += std::string(" ") + kBorderlineMark;
+        title = "a borderline verdict";
+    }
+    if (cell->ManyBlanks()) {
+        marks += std::string(" ") + kManyBlanksMark;
+        title += (title.empty() ? "" : "; ") + std::to_string(cell->blanks) + " of " +
+                 std::to_string(cell->samples) + " samples blank";
+    }
     const bool dark = HexColour(TextColourOn(fill)) == "#ffffff";
     return "<td class=\"c" + std::string(cell->verdict == "yes" ? " y" : "") +
-           (dark ? " dark" : "") + "\" style=\"background:" + HexColour(fill) + "\"><a href=\"#" +
-           anchor + "\">" + Html(cell->verdict) + " " + Fixed(cell->estimate, 3) + marks +
-           "</a></td>";
+           (dark ? " dark" : "") + "\" style=\"background:" + HexColour(fill) + "\"" +
+           (title.empty() ? "" : " title=\"" + Html(title) + "\"") + "><a href=\"#" + anchor +
+           "\">" + Html(cell->verdict) + " " + Fixed(cell->estimate, 3) + marks + "</a></td>";
 }
 
 std::string TotalCell(int fired, int analysed) {
@@ -324,7 +342,8 @@ std::string PopulationsLegend() {
 
 }  // namespace
 
-StudyReportBuilder::StudyReportBuilder(StudyReportHeader header) : header_(std::move(header)) {
+StudyReportBuilder::StudyReportBuilder(StudyReportHeader header)
+    : header_(std::move(header)), table_(header_.settings.overviewEstimate) {
     if (header_.created.empty()) header_.created = ReportTime();
 }
 
@@ -368,11 +387,12 @@ std::string StudyReportBuilder::Add(const PopulationResult& population) {
     return sections + "</section>\n";
 }
 
-std::string StudyReportBuilder::End(int populationsInFile) const {
+std::string StudyReportBuilder::End(int populationsInFile) {
+    table_.SetRun(header_.settings.seed, populationsInFile);
     std::string html = "</div>\n<div class=\"summary\">\n<h2>Settings</h2>\n" +
                        SettingsSection(header_, added_, populationsInFile);
 
-    html += "<h2>Overview</h2>\n" + OverviewLegend() + OverviewTables(table_);
+    html += "<h2>Overview</h2>\n" + OverviewLegend(table_) + OverviewTables(table_);
     html += "<h2>Heat map</h2>\n<div class=\"heatmap\">" + HeatMapSvg(LayOutHeatMap(table_)) +
             "</div>\n";
 

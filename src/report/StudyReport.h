@@ -38,7 +38,7 @@ public:
     std::string Add(const PopulationResult& population);
     // The rest of the page; `populationsInFile` above the count added tells that the run was
     // cancelled.
-    std::string End(int populationsInFile) const;
+    std::string End(int populationsInFile);
 
 private:
     StudyReportHeader header_;

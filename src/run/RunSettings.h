@@ -12,8 +12,15 @@
 #include "base/CountWidth.h"
 #include "base/Int16.h"
 #include "base/Prompter.h"
+#include "nulls/LikelihoodEstimates.h"
 
 namespace tavrelle {
+
+// The null allele estimate (an index into kEstimateKeys) a study overview shows in its cells,
+// colours and heat map unless the user chooses another: the one that tells failed amplifications
+// from null alleles, as an estimate that reads every blank as a null homozygote paints loci with
+// many failed samples as heavy with null alleles.
+inline constexpr std::size_t kDefaultStudyEstimate = kEmFailure;
 
 // What is done with a population in which the check found suspect values, where no one is there
 // to answer the Possible Errors dialog: stop (the dialog's Correct), omit the values, or analyse
@@ -39,9 +46,10 @@ struct RunSettings {
 
     SuspectPolicy onSuspect = SuspectPolicy::Proceed;  // a study's answer to the check
     std::filesystem::path tableFolder;                 // where the statistical tables are
-    bool isExcel = false;   // the data came from a workbook (its name is elsewhere)
-    int threads = 0;        // a study's workers; 0: the CPUs this process may run on
-    int bootstrap = 1000;   // replicates for the likelihood estimates' intervals; 0: none
+    bool isExcel = false;  // the data came from a workbook (its name is elsewhere)
+    int threads = 0;       // a study's workers; 0: the CPUs this process may run on
+    int bootstrap = 1000;  // replicates for the likelihood estimates' intervals; 0: none
+    std::size_t overviewEstimate = kDefaultStudyEstimate;  // what a study's overview shows
     bool threaded = false;  // one population: draw the random numbers on a second thread
     // The desktop's Analyse counts in 16 bits, as prescribed (2 x samples overflows at 16,384
     // samples); a study run counts in 32.

@@ -37,16 +37,63 @@ std::string StudyCellText(const StudyCell& cell) {
     std::string text = cell.verdict + "  " + StudyEstimateText(cell.estimate);
     if (cell.flags.stutter) text += "  S";
     if (cell.flags.dropout) text += "  D";
+    if (cell.AnyBorderline()) text += std::string("  ") + kBorderlineMark;
+    if (cell.ManyBlanks()) text += std::string("  ") + kManyBlanksMark;
     return text;
 }
 
+namespace {
+
+std::string FlagWords(bool flag, bool borderline) {
+    return std::string(flag ? "yes" : "no") +
+           (borderline ? " (borderline: more randomisations could turn it)" : "");
+}
+
+std::string Percent(int part, int whole) {
+    return std::to_string((200 * part + whole) / (2 * whole)) + "%";
+}
+
+}  // namespace
+
 std::string StudyCellTip(const std::string& population, const std::string& locus,
-                         const StudyCell& cell) {
-    return population + " at " + locus + "\nNull allele: " + cell.verdict +
-           "\nStutter: " + (cell.flags.stutter ? "yes" : "no") +
-           "\nLarge allele drop-out: " + (cell.flags.dropout ? "yes" : "no") + "\n" +
-           kStudyEstimateName + " estimate: " + StudyEstimateText(cell.estimate) +
-           "\n\nDouble-click for the graphs.";
+                         const StudyCell& cell, const std::string& estimateName) {
+    std::string tip =
+        population + " at " + locus +
+        "\nNull allele: " + FlagWords(cell.flags.nullAllele, cell.borderline.nullAllele) +
+        "\nStutter: " + FlagWords(cell.flags.stutter, cell.borderline.stutter) +
+        "\nLarge allele drop-out: " + FlagWords(cell.flags.dropout, cell.borderline.dropout) +
+        "\n" + estimateName + " estimate: " + StudyEstimateText(cell.estimate);
+    if (cell.ManyBlanks())
+        tip += "\n" + std::to_string(cell.blanks) + " of " + std::to_string(cell.samples) +
+               " samples (" + Percent(cell.blanks, cell.samples) +
+               ") are blank here. EM and Brookfield 2 read every blank as a null homozygote; EM "
+               "with failures tells failed amplifications from null alleles.";
+    return tip + "\n\nDouble-click for the graphs.";
+}
+
+std::string StudyMarksLegend(const StudyTable& table) {
+    int borderline = 0;
+    int blanks = 0;
+    for (const StudyRow& row : table.Rows())
+        for (const auto& cell : row.cells)
+            if (cell) {
+                borderline += cell->AnyBorderline() ? 1 : 0;
+                blanks += cell->ManyBlanks() ? 1 : 0;
+            }
+    std::string legend;
+    if (borderline > 0)
+        legend += std::string(kBorderlineMark) + " " + std::to_string(borderline) +
+                  (borderline == 1 ? " cell has" : " cells have") +
+                  " a verdict within two Monte Carlo standard errors of the line that decides it: "
+                  "another "
+                  "set of randomisations could turn it. Run again with more randomisations "
+                  "(up to 10000) before relying on it.\n";
+    if (blanks > 0)
+        legend += std::string(kManyBlanksMark) + " " + std::to_string(blanks) +
+                  (blanks == 1 ? " cell has" : " cells have") +
+                  " more than a fifth of the samples blank: EM and Brookfield 2 read blanks as "
+                  "null homozygotes, EM with failures tells failed amplifications apart.\n";
+    return legend;
 }
 
 StudyGridLayout LayOutStudyGrid(const StudyTable& table) {
@@ -76,7 +123,8 @@ StudyGridLayout LayOutStudyGrid(const StudyTable& table) {
             const auto& cell = row.cells[static_cast<std::size_t>(c)];
             if (!cell) continue;
             StudyGridCell shown = Plain(r, c, StudyCellText(*cell));
-            shown.tip = StudyCellTip(row.name, loci[static_cast<std::size_t>(c)], *cell);
+            shown.tip = StudyCellTip(row.name, loci[static_cast<std::size_t>(c)], *cell,
+                                     StudyEstimateName(table.Estimate()));
             shown.fill = EstimateColour(cell->estimate);
             shown.ink = TextColourOn(*shown.fill);
             shown.bold = cell->verdict == "yes";
@@ -97,8 +145,7 @@ StudyGridLayout LayOutStudyGrid(const StudyTable& table) {
     return grid;
 }
 
-std::string StudyNotes(const StudyTable& table, std::optional<int> cancelledAfter,
-                       int populations) {
+std::string StudyNotes(const StudyTable& table) {
     std::string notes;
     for (const StudyRow& row : table.Rows()) {
         if (row.stopReason)
@@ -109,9 +156,9 @@ std::string StudyNotes(const StudyTable& table, std::optional<int> cancelledAfte
         const std::string coding = AlleleCodingSummary(row);
         if (!coding.empty()) notes += row.name + ": " + coding + "\n";
     }
-    if (cancelledAfter)
-        notes += "Cancelled: " + std::to_string(*cancelledAfter) + " of " +
-                 std::to_string(populations) + " populations were analysed.\n";
+    notes += StudyMarksLegend(table);
+    const std::string cancelled = CancelledText(table);
+    if (!cancelled.empty()) notes += cancelled + "\n";
     return notes;
 }
 

@@ -37,17 +37,25 @@ struct StudyGridLayout {
 };
 StudyGridLayout LayOutStudyGrid(const StudyTable& table);
 
-// "yes  0.123  S  D": the verdict, the estimate and the stutter and drop-out marks.
+// The marks of a cell beyond its flags: a verdict that is borderline, and more than a fifth of
+// the samples blank.
+inline constexpr const char* kBorderlineMark = "~";
+inline constexpr const char* kManyBlanksMark = "\u2020";
+
+// "yes  0.123  S  D  ~  \u2020": the verdict, the estimate, the stutter and drop-out marks, then
+// the borderline and blank marks.
 std::string StudyCellText(const StudyCell& cell);
-// The cell's tooltip: the population and locus, each flag in words, the estimate.
+// The cell's tooltip: the population and locus, each flag in words (borderline ones said so),
+// the estimate by name, and the share of blank samples where it is large.
 std::string StudyCellTip(const std::string& population, const std::string& locus,
-                         const StudyCell& cell);
+                         const StudyCell& cell, const std::string& estimateName);
+// One line on each mark the table uses, for the legends under it; empty without marks.
+std::string StudyMarksLegend(const StudyTable& table);
 // The study's estimates to three decimals.
 std::string StudyEstimateText(double estimate);
 
 // The notes below the grid: each stopped population with its reason and locus, each population's
-// suspect values; and, when `cancelledAfter` is given, how many of `populations` were analysed.
-std::string StudyNotes(const StudyTable& table, std::optional<int> cancelledAfter = std::nullopt,
-                       int populations = 0);
+// suspect values, the marks used, and whether the run was cancelled (CancelledText).
+std::string StudyNotes(const StudyTable& table);
 
 }  // namespace tavrelle

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "run/StudyGridLayout.h"
 #include "run/StudyTableExport.h"
 
 namespace tavrelle {
@@ -26,6 +27,8 @@ std::string Marks(const StudyCell& cell) {
     if (cell.flags.nullAllele) marks += "N";
     if (cell.flags.stutter) marks += "S";
     if (cell.flags.dropout) marks += "D";
+    if (cell.AnyBorderline()) marks += kBorderlineMark;
+    if (cell.ManyBlanks()) marks += kManyBlanksMark;
     return marks;
 }
 
@@ -83,8 +86,10 @@ HeatMapDrawing LayOutHeatMap(const StudyTable& table) {
 
     // The legend: the scale in steps, then what the marks and grey mean.
     double y = top + kCellHeight * rows + 14;
-    d.texts.push_back({left, y + 10, std::string(kStudyEstimateName) + " estimate", kLabelSize,
-                       HeatMapText::Anchor::Start, false, true, kBlack});
+    d.texts.push_back(
+        {left, y + 10,
+         StudyEstimateName(table.Estimate()) + " estimate of the null allele frequency", kLabelSize,
+         HeatMapText::Anchor::Start, false, true, kBlack});
     y += 16;
     constexpr int kSteps = 6;
     for (int step = 0; step <= kSteps; ++step) {
@@ -101,11 +106,24 @@ HeatMapDrawing LayOutHeatMap(const StudyTable& table) {
     y += kCellHeight * 0.6 + 30;
     const std::string key =
         "N null allele   S stutter   D large allele drop-out   grey: locus not analysed";
+    const std::string marks = std::string(kBorderlineMark) + " a borderline verdict   " +
+                              kManyBlanksMark + " more than a fifth of the samples blank";
+    double widest = std::max(TextWidth(key, kLabelSize - 1), TextWidth(marks, kLabelSize - 1));
     d.texts.push_back(
         {left, y, key, kLabelSize - 1, HeatMapText::Anchor::Start, false, false, kBlack});
+    y += 14;
+    d.texts.push_back(
+        {left, y, marks, kLabelSize - 1, HeatMapText::Anchor::Start, false, false, kBlack});
+    const std::string cancelled = CancelledText(table);
+    if (!cancelled.empty()) {
+        y += 16;
+        d.texts.push_back(
+            {left, y, cancelled, kLabelSize, HeatMapText::Anchor::Start, false, true, kBlack});
+        widest = std::max(widest, TextWidth(cancelled, kLabelSize));
+    }
 
     d.width = std::max({left + kCellWidth * columns, left + (kSteps + 1) * kCellWidth * 1.2,
-                        left + TextWidth(key, kLabelSize - 1)}) +
+                        left + widest}) +
               kMargin;
     for (const StudyRow& row : table.Rows())
         if (row.stopReason)

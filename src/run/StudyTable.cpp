@@ -18,6 +18,39 @@ LocusFlags FlagsOf(const LocusResult& locus) {
     return flags;
 }
 
+LocusFlags BorderlineOf(const LocusResult& locus) {
+    const VerdictFractions& f = locus.verdictFractions;
+    return {f.nullAllele.borderline, f.stutter.borderline, f.dropout.borderline};
+}
+
+double StudyEstimate(const PopulationResult& population, const LocusResult& locus,
+                     std::size_t estimate) {
+    if (!population.likelihood) return kNoValue;
+    const auto index = static_cast<std::size_t>(locus.index);
+    if (index >= population.likelihood->loci.size()) return kNoValue;
+    return population.likelihood->loci[index].estimates.at(estimate);
+}
+
+std::string StudyEstimateName(std::size_t estimate) {
+    return kEstimateLabels.at(estimate);
+}
+
+StudyTable::StudyTable(std::size_t estimate) : estimate_(estimate) {
+    (void)kEstimateKeys.at(estimate);  // refuses an estimate that does not exist
+}
+
+void StudyTable::SetRun(std::int64_t seed, int populationsInFile) {
+    seed_ = seed;
+    populationsInFile_ = populationsInFile;
+}
+
+std::string CancelledText(const StudyTable& table) {
+    if (!table.Incomplete()) return {};
+    const std::string done = std::to_string(table.Rows().size());
+    return "Run cancelled after " + done + " of " + std::to_string(table.PopulationsInFile()) +
+           " populations: the totals count those " + done + " only.";
+}
+
 void FlagTotals::Add(const LocusFlags& flags) {
     ++analysed;
     nullAllele += flags.nullAllele ? 1 : 0;
@@ -62,7 +95,10 @@ void StudyTable::Add(const PopulationResult& population) {
             StudyCell cell;
             cell.verdict = locus.nullPresent;
             cell.flags = FlagsOf(locus);
-            cell.estimate = StudyEstimate(population, locus);
+            cell.borderline = BorderlineOf(locus);
+            cell.estimate = StudyEstimate(population, locus, estimate_);
+            cell.blanks = locus.missingGenotypes;
+            cell.samples = locus.Scored() + locus.missingGenotypes;
             const std::size_t column = Column(locus.name);
             locusTotals_[column].Add(cell.flags);
             row.totals.Add(cell.flags);

@@ -73,6 +73,10 @@ TEST(BatchOptions, RefusalsNameTheOptionAndTheRule) {
         {{"f.gen", "--json", "-"}, ""},
         {{"f.gen", "--bootstrap", "-1"}, "--bootstrap: '-1' is not a whole number."},
         {{"f.gen", "--threads", "0"}, "--threads: give a whole number from 1 to 256 (got '0')."},
+        {{"f.gen", "--overview-estimate", "EM"},
+         "--overview-estimate: choose one of velmaret, chakraborty, brookfield1, brookfield2, em, "
+         "em_missing, joint, em_failure (got 'EM')."},
+        {{"f.gen", "--overview-estimate", "em_missing"}, ""},
         {{"f.gen", "--repeat", "7"},
          "--repeat: the repeat motif is its length in bases, 1 to 6 (got '7')."},
         {{"f.gen", "--frobnicate"}, "Unknown option --frobnicate. See --help."},
@@ -223,6 +227,15 @@ TEST_F(BatchProgram, StudyReportNamesTheCommandAndTheFilesHashFromFileOrStandard
         RunBatchProgram("- --repeat 2 --seed 9 --bootstrap 0 --report - 2>/dev/null < " + file)
             .output;
     EXPECT_NE(fromInput.find(hash), std::string::npos);
+
+    // The overview shows em_failure unless told otherwise, and names it in its legend.
+    EXPECT_NE(fromFile.find("the EM with failures estimate"), std::string::npos);
+    const std::string em =
+        RunBatchProgram(file + " --repeat 2 --seed 9 --bootstrap 0 --overview-estimate em " +
+                        "--report - 2>/dev/null")
+            .output;
+    EXPECT_NE(em.find("the EM estimate"), std::string::npos);
+    EXPECT_NE(em.find("Estimate shown in the overview</th><td>EM</td>"), std::string::npos);
 }
 
 TEST(CommandLineText, QuotesWhatAShellWouldSplitOrExpand) {

@@ -1,5 +1,6 @@
 // Tools > Study Overview and File > Export Report: the run of every population, its progress
 // and cancel, the graphs behind a cell, the exports, and agreement with the batch program.
+#include <QPointer>
 #include <QProgressDialog>
 #include <QTableWidget>
 #include <QTest>
@@ -9,6 +10,7 @@
 
 #include "Simulator.h"
 #include "results/screens/frmDrawGraph.h"
+#include "run/StudyGridLayout.h"
 #include "run/StudyTableExport.h"
 #include "run/screens/frmStudyOverview.h"
 #include "tests/gui/OverviewRun.h"
@@ -143,8 +145,23 @@ TEST_F(StudyOverviewTest, CancelStopsTheRunWithWhatWasDone) {
     EXPECT_TRUE(window->Cancelled());
     EXPECT_LT(window->Results().size(), 12U);
     EXPECT_EQ(window->Table().Rows().size(), window->Results().size());
-    EXPECT_TRUE(window->NotesBox->toPlainText().contains("Cancelled"));
     EXPECT_TRUE(window->RunAction->isEnabled());
+
+    // The window, the table export and the report all say the run is incomplete.
+    const std::string cancelled =
+        "cancelled after " + std::to_string(window->Results().size()) + " of 12 populations";
+    EXPECT_TRUE(window->RunStateLabel->isVisible());
+    EXPECT_TRUE(window->RunStateLabel->text().contains(QString::fromStdString(cancelled)));
+    EXPECT_TRUE(window->NotesBox->toPlainText().contains(QString::fromStdString(cancelled)));
+    const std::filesystem::path csv = folder / "cancelled.csv";
+    const std::filesystem::path report = folder / "cancelled.html";
+    user.saveNames = {csv.string()};
+    window->ExportTableAction->trigger();
+    for (const auto& record : ReadCsv(ReadAll(csv)))
+        EXPECT_EQ(record.at("run"), cancelled);
+    user.saveNames = {report.string()};
+    window->ExportReportAction->trigger();
+    EXPECT_NE(ReadAll(report).find(cancelled), std::string::npos);
 }
 
 TEST_F(StudyOverviewTest, DoubleClickOpensThatPopulationsGraphsAtThatLocus) {
@@ -179,6 +196,15 @@ TEST_F(StudyOverviewTest, DoubleClickOpensThatPopulationsGraphsAtThatLocus) {
     }
     EXPECT_NE(graphs[0]->IsHomozygoteGraph(), graphs[1]->IsHomozygoteGraph());
     GrabWindow(*graphs[0], "study-overview-graph");
+
+    // A graph window closes alone; the overview and the other graph stay.
+    QPointer<frmStudyOverview> overview(window);
+    graphs[0]->CloseMenu->trigger();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QApplication::processEvents();
+    ASSERT_TRUE(overview);
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(window->findChildren<frmDrawGraph*>().size(), 1);
 }
 
 TEST_F(StudyOverviewTest, ExportsTableHeatMapAndReport) {
@@ -202,14 +228,39 @@ TEST_F(StudyOverviewTest, ExportsTableHeatMapAndReport) {
     window->SaveHeatMapAction->trigger();
     EXPECT_NE(user.LastText().find("must end in .png, .svg or .pdf"), std::string::npos);
 
-    // File > Export Report uses the finished overview of the same file.
-    const std::filesystem::path report = folder / "report.html";
-    user.saveNames = {report.string()};
-    Action("mnuExportReport")->trigger();
-    const std::string html = ReadAll(report);
-    EXPECT_NE(html.find("Seed</th><td>" + std::to_string(window->Seed())), std::string::npos);
-    for (const StudyRow& row : window->Table().Rows())
-        EXPECT_NE(html.find(row.name), std::string::npos);
+    // File > Export Report writes the results on screen: the same seed and the same cells,
+    // with no second run. Another estimate chosen under View is shown and reported from them.
+    const std::int32_t seed = window->Seed();
+    const PopulationResult* shown = window->Results().data();
+    EXPECT_EQ(window->ShownEstimate(), kEmFailure);
+    for (std::size_t estimate : {kEmFailure, kEm}) {
+        window->EstimateActions[estimate]->trigger();
+        const std::filesystem::path report = folder / "report.html";
+        user.saveNames = {report.string()};
+        Action("mnuExportReport")->trigger();
+        EXPECT_FALSE(window->Running());
+        EXPECT_EQ(window->Seed(), seed);
+        EXPECT_EQ(window->Results().data(), shown);
+        EXPECT_EQ(screen->findChildren<frmStudyOverview*>().size(), 1);
+        const std::string html = ReadAll(report);
+        const std::string name = kEstimateLabels[estimate];
+        EXPECT_NE(html.find("Seed</th><td>" + std::to_string(seed)), std::string::npos);
+        EXPECT_NE(html.find("the " + name + " estimate"), std::string::npos) << name;
+        EXPECT_TRUE(window->LegendLabel->text().contains(QString::fromStdString(name)));
+        const StudyTable& table = window->Table();
+        for (const StudyRow& row : table.Rows())
+            for (std::size_t c = 0; c < row.cells.size(); ++c) {
+                ASSERT_TRUE(row.cells[c]);
+                const std::string text =
+                    row.cells[c]->verdict + " " + StudyEstimateText(row.cells[c]->estimate);
+                EXPECT_NE(html.find(text), std::string::npos) << text;
+                EXPECT_EQ(row.cells[c]->estimate,
+                          StudyEstimate(window->Results()[static_cast<std::size_t>(row.number - 1)],
+                                        window->Results()[static_cast<std::size_t>(row.number - 1)]
+                                            .analysis->Loci()[c],
+                                        estimate));
+            }
+    }
 }
 
 TEST_F(StudyOverviewTest, ExportReportRunsTheStudyWhenNoneIsOpen) {
@@ -258,7 +309,7 @@ TEST_F(StudyOverviewTest, AgreesCellByCellWithTheBatchProgram) {
         EXPECT_EQ(record.at("null_present") == "TRUE", cell->verdict == "yes");
         EXPECT_EQ(excess && record.at("one_repeat_deficit") == "TRUE", cell->flags.stutter);
         EXPECT_EQ(excess && record.at("class_wide_excess") == "FALSE", cell->flags.dropout);
-        EXPECT_EQ(record.at("em"), ShortestNumber(cell->estimate));
+        EXPECT_EQ(record.at(kEstimateKeys[table.Estimate()]), ShortestNumber(cell->estimate));
         ++compared;
     }
     EXPECT_EQ(compared, 3U * table.Loci().size());

@@ -10,13 +10,17 @@
 namespace tavrelle {
 namespace {
 
-StudyCell Cell(const char* verdict, bool stutter, bool dropout, double estimate) {
+StudyCell Cell(const char* verdict, bool stutter, bool dropout, double estimate,
+               LocusFlags borderline = {}, int blanks = 0, int samples = 40) {
     StudyCell cell;
     cell.verdict = verdict;
     cell.flags.nullAllele = std::string(verdict) == "yes";
     cell.flags.stutter = stutter;
     cell.flags.dropout = dropout;
+    cell.borderline = borderline;
     cell.estimate = estimate;
+    cell.blanks = blanks;
+    cell.samples = samples;
     return cell;
 }
 
@@ -28,18 +32,29 @@ TEST(StudyCellTextTest, VerdictEstimateAndMarks) {
         {Cell("no", false, true, -0.0456), "no  -0.046  D"},
         {Cell("no", true, true, 0.0005), "no  0.001  S  D"},  // 0.0005 is just above in binary
         {Cell("no", false, false, kNoValue), "no  nan"},
+        {Cell("yes", false, false, 0.1, {.nullAllele = true}), "yes  0.100  ~"},
+        {Cell("no", true, false, 0, {.stutter = true}), "no  0.000  S  ~"},
+        // more than a fifth blank: 9 of 40 is, 8 of 40 is not
+        {Cell("no", false, false, 0, {}, 9), "no  0.000  \u2020"},
+        {Cell("no", false, false, 0, {}, 8), "no  0.000"},
+        {Cell("no", false, true, 0, {.dropout = true}, 30), "no  0.000  D  ~  \u2020"},
+        {Cell("no", false, false, 0, {}, 0, 0), "no  0.000"},
     };
     for (const auto& [cell, expected] : cases)
         EXPECT_EQ(StudyCellText(cell), expected);
 }
 
-TEST(StudyCellTextTest, TipSpellsOutEachFlag) {
-    EXPECT_EQ(StudyCellTip("Ridge", "Tav107", Cell("yes", true, false, 0.25)),
+TEST(StudyCellTextTest, TipSpellsOutEachFlagTheEstimateAndTheBlanks) {
+    EXPECT_EQ(StudyCellTip("Ridge", "Tav107", Cell("yes", true, false, 0.25), "EM"),
               "Ridge at Tav107\nNull allele: yes\nStutter: yes\nLarge allele drop-out: no\n"
               "EM estimate: 0.250\n\nDouble-click for the graphs.");
-    EXPECT_EQ(StudyCellTip("2", "L", Cell("no", false, true, 0)),
-              "2 at L\nNull allele: no\nStutter: no\nLarge allele drop-out: yes\n"
-              "EM estimate: 0.000\n\nDouble-click for the graphs.");
+    EXPECT_EQ(StudyCellTip("2", "L", Cell("no", false, true, 0, {.dropout = true}, 10, 30),
+                           "EM with failures"),
+              "2 at L\nNull allele: no\nStutter: no\nLarge allele drop-out: yes (borderline: "
+              "more randomisations could turn it)\nEM with failures estimate: 0.000\n10 of 30 "
+              "samples (33%) are blank here. EM and Brookfield 2 read every blank as a null "
+              "homozygote; EM with failures tells failed amplifications from null "
+              "alleles.\n\nDouble-click for the graphs.");
 }
 
 class StudyGridLayoutTest : public ::testing::Test {
@@ -78,8 +93,8 @@ TEST_F(StudyGridLayoutTest, EveryCellOnceWithItsTextsAndColours) {
             const StudyCell& source = *row.cells[static_cast<std::size_t>(c)];
             const StudyGridCell& cell = *at.at({r, c});
             EXPECT_EQ(cell.text, StudyCellText(source));
-            EXPECT_EQ(cell.tip,
-                      StudyCellTip(row.name, table_.Loci()[static_cast<std::size_t>(c)], source));
+            EXPECT_EQ(cell.tip, StudyCellTip(row.name, table_.Loci()[static_cast<std::size_t>(c)],
+                                             source, "EM with failures"));
             ASSERT_TRUE(cell.fill && cell.ink);
             EXPECT_EQ(*cell.fill, EstimateColour(source.estimate));
             EXPECT_EQ(*cell.ink, TextColourOn(*cell.fill));
@@ -105,11 +120,22 @@ TEST_F(StudyGridLayoutTest, EveryCellOnceWithItsTextsAndColours) {
     EXPECT_FALSE(stopped.ink);
 }
 
-TEST_F(StudyGridLayoutTest, NotesListStopsSuspectsAndACancelledRun) {
-    const std::string notes = StudyNotes(table_);
-    EXPECT_EQ(notes, "Ridge, north: stopped: Please select a Repeat Motif for all Loci\n");
-    EXPECT_EQ(StudyNotes(table_, 5, 9), notes + "Cancelled: 5 of 9 populations were analysed.\n");
-    EXPECT_EQ(StudyNotes(StudyTable(), 0, 3), "Cancelled: 0 of 3 populations were analysed.\n");
+TEST_F(StudyGridLayoutTest, NotesListStopsSuspectsMarksAndACancelledRun) {
+    StudyTable table = table_;
+    const std::string notes = StudyNotes(table);
+    EXPECT_EQ(notes.substr(0, notes.find('\n') + 1),
+              "Ridge, north: stopped: Please select a Repeat Motif for all Loci\n");
+    EXPECT_EQ(notes.substr(notes.find('\n') + 1), StudyMarksLegend(table));
+    table.SetRun(7, 5);
+    EXPECT_EQ(StudyNotes(table), notes);
+    table.SetRun(7, 9);
+    EXPECT_EQ(StudyNotes(table), notes +
+                                     "Run cancelled after 5 of 9 populations: the totals count "
+                                     "those 5 only.\n");
+    StudyTable none;
+    none.SetRun(1, 3);
+    EXPECT_EQ(StudyNotes(none),
+              "Run cancelled after 0 of 3 populations: the totals count those 0 only.\n");
 }
 
 }  // namespace

@@ -94,12 +94,14 @@ TEST_F(StudyTableTest, CsvHasALinePerCellAndOneForTheStoppedPopulation) {
     std::getline(lines, line);
     EXPECT_EQ(line,
               "population,population_name,samples,locus,null_allele,stutter,"
-              "large_allele_dropout,em,suspect_values,stopped");
+              "large_allele_dropout,em_failure,borderline,blank_samples,suspect_values,stopped,"
+              "seed,run");
     int count = 0;
     while (std::getline(lines, line))
         ++count;
     EXPECT_EQ(count, 4 * 3 + 1);
-    EXPECT_NE(csv.find("5,\"Ridge, north\",0,,,,,,0,Please select a Repeat Motif for all Loci\n"),
+    EXPECT_NE(csv.find("5,\"Ridge, north\",0,,,,,,,,0,Please select a Repeat Motif for all "
+                       "Loci,,complete\n"),
               std::string::npos);
     const LocusResult& first = (*results_)[0].analysis->Loci()[0];
     EXPECT_NE(csv.find("," + first.name + "," + first.nullPresent + ","), std::string::npos);

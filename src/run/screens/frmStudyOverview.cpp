@@ -1,5 +1,6 @@
 #include "run/screens/frmStudyOverview.h"
 
+#include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFile>
@@ -8,6 +9,8 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QProgressDialog>
 #include <QScrollArea>
@@ -75,6 +78,18 @@ frmStudyOverview::frmStudyOverview(StudyRequest request, Interaction& interactio
     bar->addSeparator();
     CloseAction = bar->addAction("Close");
 
+    QMenu* estimateMenu = menuBar()->addMenu("&View")->addMenu("&Estimate");
+    estimateMenu->setToolTipsVisible(true);
+    auto* estimates = new QActionGroup(this);
+    for (std::size_t e = 0; e < kEstimateLabels.size(); ++e) {
+        QAction* action = estimateMenu->addAction(kEstimateLabels[e]);
+        action->setCheckable(true);
+        action->setChecked(e == request_.settings.overviewEstimate);
+        estimates->addAction(action);
+        connect(action, &QAction::triggered, this, [this, e] { ShowEstimate(e); });
+        EstimateActions.push_back(action);
+    }
+
     auto* central = new QWidget(this);
     auto* layout = new QVBoxLayout(central);
     SettingsLabel = new QLabel(central);
@@ -82,8 +97,16 @@ frmStudyOverview::frmStudyOverview(StudyRequest request, Interaction& interactio
     SettingsLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
     SeedLabel = new QLabel(central);
     SeedLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    RunStateLabel = new QLabel(central);
+    RunStateLabel->setObjectName("RunStateLabel");
+    RunStateLabel->setStyleSheet("QLabel { color: #a40000; font-weight: bold; }");
+    RunStateLabel->hide();
+    LegendLabel = new QLabel(central);
+    LegendLabel->setWordWrap(true);
     layout->addWidget(SettingsLabel);
     layout->addWidget(SeedLabel);
+    layout->addWidget(RunStateLabel);
+    layout->addWidget(LegendLabel);
 
     auto* splitter = new QSplitter(Qt::Vertical, central);
     Tabs = new QTabWidget(splitter);
@@ -131,6 +154,7 @@ frmStudyOverview::frmStudyOverview(StudyRequest request, Interaction& interactio
     connect(StudyGrid, &QTableWidget::cellDoubleClicked, this,
             [this](int row, int column) { OpenCellGraphs(row, column); });
     ShowSettings();
+    ShowLegend();
 }
 
 // The runner, a child, cancels and waits for its run as it goes.
@@ -166,6 +190,30 @@ void frmStudyOverview::ShowSettings() {
     SettingsLabel->setText(QString::fromStdString(text));
 }
 
+void frmStudyOverview::ShowLegend() {
+    LegendLabel->setText(
+        QString("Each cell: the null allele verdict, the %1 estimate of the null allele frequency "
+                "(its colour; View > Estimate chooses another), S stutter, D large allele "
+                "drop-out, %2 a borderline verdict, %3 more than a fifth of the samples blank.")
+            .arg(QString::fromStdString(StudyEstimateName(ShownEstimate())),
+                 QString::fromUtf8(kBorderlineMark), QString::fromUtf8(kManyBlanksMark)));
+}
+
+void frmStudyOverview::ShowEstimate(std::size_t estimate) {
+    if (estimate >= kEstimateKeys.size()) return;
+    request_.settings.overviewEstimate = estimate;
+    for (std::size_t e = 0; e < EstimateActions.size(); ++e)
+        EstimateActions[e]->setChecked(e == estimate);
+    StudyTable table(estimate);
+    for (const PopulationResult& result : results_)
+        table.Add(result);
+    if (!Running() && !results_.empty()) table.SetRun(seed_, populationCount_);
+    table_ = std::move(table);
+    ShowLegend();
+    ShowTable();
+    ShowNotes();
+}
+
 bool frmStudyOverview::Run() {
     if (Running()) return false;
     const std::string typed = SeedBox->text().trimmed().toStdString();
@@ -198,8 +246,9 @@ bool frmStudyOverview::Run() {
     request_.settings.bootstrap = 0;  // the overview shows point estimates only
     populationCount_ = static_cast<int>(populations_.size());
     results_.clear();
-    table_ = StudyTable();
+    table_ = StudyTable(ShownEstimate());
     cancelled_ = false;
+    RunStateLabel->hide();
     SeedLabel->setText(QString("Seed: %1 (%2)")
                            .arg(seed_)
                            .arg(clockSeed_ ? "from the clock; type it in the Seed box to repeat "
@@ -238,8 +287,12 @@ void frmStudyOverview::Receive(PopulationResult&& result) {
 
 void frmStudyOverview::Finish() {
     cancelled_ = static_cast<int>(results_.size()) < populationCount_;
+    table_.SetRun(seed_, populationCount_);
     Progress->hide();
     RunAction->setEnabled(true);
+    RunStateLabel->setText(QString::fromStdString(CancelledText(table_)));
+    RunStateLabel->setVisible(cancelled_);
+    ShowTable();
     ShowNotes();
     if (auto ended = std::exchange(runEnded, nullptr)) ended();
 }
@@ -277,11 +330,7 @@ void frmStudyOverview::ShowTable() {
 }
 
 void frmStudyOverview::ShowNotes() {
-    const bool cancelled = !Running() && cancelled_;
-    const std::optional<int> cancelledAfter =
-        cancelled ? std::optional<int>(static_cast<int>(results_.size())) : std::nullopt;
-    NotesBox->setPlainText(
-        QString::fromStdString(StudyNotes(table_, cancelledAfter, populationCount_)));
+    NotesBox->setPlainText(QString::fromStdString(StudyNotes(table_)));
 }
 
 void frmStudyOverview::OpenCellGraphs(int row, int column) {
@@ -356,13 +405,21 @@ bool frmStudyOverview::ExportReport(const std::string& path) {
     return static_cast<bool>(out);
 }
 
+bool frmStudyOverview::RefuseWhileRunning(const std::string& what) {
+    if (!Running()) return false;
+    Tell(what + " can be exported once the run has finished.");
+    return true;
+}
+
 void frmStudyOverview::ExportTableMenu_Click() {
+    if (RefuseWhileRunning("The table")) return;
     const auto path = AskSaveName(
         "Export Table", "CSV (comma separated)|*.csv|Excel workbook|*.xlsx", "study-overview.csv");
     if (path && !ExportTable(*path)) Tell("The table could not be saved as " + *path + ".");
 }
 
 void frmStudyOverview::SaveHeatMapMenu_Click() {
+    if (RefuseWhileRunning("The heat map")) return;
     const auto path = AskSaveName("Save Heat Map", "PNG image|*.png|SVG drawing|*.svg|PDF|*.pdf",
                                   "study-heat-map.png");
     if (path && !SaveHeatMapAs(*path))
@@ -371,10 +428,7 @@ void frmStudyOverview::SaveHeatMapMenu_Click() {
 }
 
 void frmStudyOverview::ExportReportMenu_Click() {
-    if (Running()) {
-        Tell("The report can be exported once the run has finished.");
-        return;
-    }
+    if (RefuseWhileRunning("The report")) return;
     const auto path = AskSaveName("Export Report", "HTML page|*.html", "study-report.html");
     if (path && !ExportReport(*path)) Tell("The report could not be saved as " + *path + ".");
 }

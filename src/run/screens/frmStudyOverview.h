@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -26,7 +27,8 @@ class Interaction;
 class StudyRunner;
 
 // What the main screen hands the overview: the file on disc and the settings of its panel. The
-// seed in `settings` is ignored: the window takes the clock's, or the one typed into it.
+// seed in `settings` is ignored: the window takes the clock's, or the one typed into it; its
+// overviewEstimate is the estimate shown first.
 struct StudyRequest {
     std::string file;
     std::string sheet = "Sheet1";
@@ -68,9 +70,15 @@ public:
     void ExportTableMenu_Click();
     void SaveHeatMapMenu_Click();
     void ExportReportMenu_Click();
+    // Shows another estimate (an index into kEstimateKeys) in the cells, colours and heat map,
+    // from the results at hand: nothing runs again.
+    void ShowEstimate(std::size_t estimate);
+    std::size_t ShownEstimate() const { return request_.settings.overviewEstimate; }
 
     QLabel* SettingsLabel;
     QLabel* SeedLabel;
+    QLabel* RunStateLabel;  // says when the run was cancelled
+    QLabel* LegendLabel;
     QLineEdit* SeedBox;
     QTableWidget* StudyGrid;
     QTabWidget* Tabs;
@@ -78,6 +86,7 @@ public:
     QPlainTextEdit* NotesBox;
     QProgressDialog* Progress;
     QAction *RunAction, *ExportTableAction, *SaveHeatMapAction, *ExportReportAction, *CloseAction;
+    std::vector<QAction*> EstimateActions;  // View > Estimate, by kEstimateKeys
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -88,6 +97,8 @@ private:
     void ShowTable();
     void ShowNotes();
     void ShowSettings();
+    void ShowLegend();
+    bool RefuseWhileRunning(const std::string& what);
     void Tell(const std::string& text);
     std::optional<std::string> AskSaveName(const std::string& title, const std::string& filter,
                                            const std::string& proposed);
