@@ -20,7 +20,8 @@
     // The estimators of the JSON report, in the order the desktop program lists them.
     const estimators = [['velmaret', 'Velmaret'], ['chakraborty', 'Chakraborty'],
         ['brookfield1', 'Brookfield 1'], ['brookfield2', 'Brookfield 2'], ['em', 'EM'],
-        ['em_missing', 'EM, blanks missing'], ['joint', 'Joint with F']];
+        ['em_missing', 'EM, blanks missing'], ['joint', 'Joint with F'],
+        ['em_failure', 'EM with failures']];
 
     const state = { tavrelle: null, file: null, study: null, report: null };
 
@@ -239,6 +240,10 @@
                 element('td', {}, fixed(locus.estimates[key], 4)),
                 element('td', {}, interval((locus.estimate_intervals || {})[key]))]));
         }
+        if ('failure_rate' in locus)
+            estimates.append(element('tr', {}, [element('th', { scope: 'row' }, 'Failure rate'),
+                element('td', {}, fixed(locus.failure_rate, 4)),
+                element('td', {}, interval(locus.failure_rate_interval))]));
         detail.append(estimates);
 
         const f = population.inbreeding;

@@ -76,8 +76,10 @@ print.summary.tavrelle_study <- function(x, ...) {
 #' Draw a study's heat map
 #'
 #' The heat map of the study report, in base graphics: populations down, loci across, each cell
-#' coloured by the maximum likelihood null allele frequency and marked N (null allele), S
-#' (stutter) and D (large allele drop-out); populations that stopped are hatched.
+#' coloured by the null allele frequency the legend names (`em_failure`, which tells failed
+#' amplifications from null alleles) and marked N (null allele), S (stutter), D (large allele
+#' drop-out), ~ (a borderline verdict) and a dagger (more than a fifth of the samples blank);
+#' populations that stopped are hatched.
 #'
 #' @param x A study, as [study()] returns it.
 #' @param ... Not used.

@@ -149,7 +149,10 @@ std::string OverviewLegend(const StudyTable& table) {
                        "population's details. The loci are shown in groups that fit the printed "
                        "page.</p>\n";
     const std::string marks = StudyMarksLegend(table);
-    if (!marks.empty()) html += "<p class=\"note\">" + Html(marks) + "</p>\n";
+    std::size_t begin = 0;
+    for (std::size_t end = marks.find('\n'); end != std::string::npos;
+         begin = end + 1, end = marks.find('\n', begin))
+        html += "<p class=\"note\">" + Html(marks.substr(begin, end - begin)) + "</p>\n";
     const std::string cancelled = CancelledText(table);
     if (!cancelled.empty()) html += "<p class=\"mark\">" + Html(cancelled) + "</p>\n";
     return html;

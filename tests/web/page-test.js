@@ -76,7 +76,7 @@ async function main() {
     }));
     assert.strictEqual(detail.graphs, 2, 'both graphs of the locus');
     assert.ok(detail.texts.length === 2 && detail.texts.every((t) => t.length > 0), 'both verdict texts');
-    assert.strictEqual(detail.estimates, 8, 'seven estimates with their intervals and a header');
+    assert.strictEqual(detail.estimates, 10, 'eight estimates and the failure rate with their intervals, and a header');
     assert.match(detail.inbreeding, /F = /);
     await shot('3-after-run-locus-open.png');
     await page.evaluate(() => document.getElementById('results-heading').scrollIntoView());
