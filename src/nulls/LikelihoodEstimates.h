@@ -42,8 +42,8 @@ struct InbreedingResult {
     double f = 0;  // JointFit::reported
     Interval interval{kNoValue, kNoValue};
     NestedModel model = NestedModel::kNeither;
-    std::array<double, 4> logLikelihoods{};  // by NestedModel
-    std::array<int, 4> parameters{};         // free parameters by NestedModel, for AIC
+    std::array<double, kNestedModelCount> logLikelihoods{};  // by NestedModel
+    std::array<int, kNestedModelCount> parameters{};  // free parameters by NestedModel, for AIC
     std::string verdict;
 };
 

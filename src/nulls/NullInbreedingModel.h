@@ -12,6 +12,9 @@ namespace tavrelle {
 struct ModelTerms {
     bool nulls = true;
     bool inbreeding = true;
+    // A rate of failed amplifications per locus: a sample fails whatever it carries and shows
+    // as blank (FitWithFailures, JointNullInbreeding.h). FitModel itself ignores it.
+    bool failures = false;
     // Loci whose null allele is held at 0 even though `nulls` frees the others (only loci
     // without blanks; empty: none).
     std::vector<bool> heldNulls = {};
@@ -31,6 +34,7 @@ struct ModelFit {
     double f = 0;
     std::vector<std::vector<double>> visible;  // per locus, per allele of its tally
     std::vector<double> nulls;                 // per locus
+    std::vector<double> failures;  // per locus where the model has failure rates; else empty
     double logLikelihood = 0;
     int iterations = 0;
     bool converged = false;

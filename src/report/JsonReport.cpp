@@ -211,7 +211,7 @@ void WriteInbreeding(JsonWriter& json, const std::optional<PopulationEstimates>&
     json.String(kNestedModelNames[static_cast<std::size_t>(inbreeding.model)]);
     json.Key("log_likelihoods");
     json.BeginObject();
-    for (std::size_t m = 0; m < 4; ++m) {
+    for (std::size_t m = 0; m < kNestedModelCount; ++m) {
         json.Key(kNestedModelNames[m]);
         json.Number(inbreeding.logLikelihoods[m]);
     }

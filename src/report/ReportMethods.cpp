@@ -49,13 +49,19 @@ estimates lie between 0 and 1.</p>
 )";
 
 const char* const kModels = R"(<h3>Likelihood models and model choice</h3>
-<p>For each population four nested models are fitted by maximum likelihood: neither null alleles
-nor inbreeding, null alleles only, inbreeding only, and both. Without null alleles a blank has
-probability 0, so at a locus with blanks those models have log-likelihood &minus;&infin;. The model
-with the least AIC = 2k &minus; 2 log L (k its free parameters [6]) is chosen, the simpler on a tie;
-AIC rather than likelihood ratio tests, because the null allele and inbreeding models are not
-nested in each other and F = 0 and r = 0 lie on the boundary. Each population's section shows the
-four log-likelihoods, the chosen model, F with its interval and the verdict the program draws.</p>
+<p>For each population eight nested models are fitted by maximum likelihood: neither null alleles
+nor inbreeding, null alleles only, inbreeding only, and both; and each of these again with a rate
+&beta; of failed amplifications at every locus with blanks, where a sample fails whatever it
+carries: P(blank) = &beta; + (1 &minus; &beta;)(F r + (1 &minus; F) r<sup>2</sup>), a scored
+genotype (1 &minus; &beta;) times its probability. For given F and frequencies the best &beta; is
+closed-form; the rest is fitted by EM, the null homozygotes missing from a sample whose blanks
+are failures added as expected counts. Without null alleles or failures a blank has probability
+0, so at a locus with blanks those models have log-likelihood &minus;&infin;. The model with the
+least AIC = 2k &minus; 2 log L (k its free parameters [6]) is chosen, the simpler on a tie; AIC
+rather than likelihood ratio tests, because the models are not all nested in each other and F = 0,
+r = 0 and &beta; = 0 lie on the boundary. Each population's section shows every model's
+log-likelihood, parameters and AIC, the chosen model, F with its interval (from the model with null
+alleles and inbreeding) and the verdict the program draws.</p>
 )";
 
 }  // namespace

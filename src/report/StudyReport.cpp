@@ -302,17 +302,26 @@ std::string InbreedingSection(const PopulationEstimates& likelihood) {
     const InbreedingResult& f = likelihood.inbreeding;
     std::string html =
         "<table class=\"inbreeding\"><thead><tr><th>F</th><th>Interval</th>"
-        "<th>Model chosen</th>";
-    for (const char* model : kNestedModelNames)
-        html += "<th>log L (" + std::string(model) + ")</th>";
-    html += "</tr></thead><tr><td class=\"n\">" + Fixed(f.f, 3) + "</td><td class=\"n\">" +
-            IntervalText(f.interval, 3) + "</td><td>" +
-            kNestedModelNames[static_cast<std::size_t>(f.model)] + "</td>";
-    // A model without null alleles cannot give a blank: log L is minus infinity there.
-    for (double logL : f.logLikelihoods)
-        html += "<td class=\"n\">" +
-                (std::isinf(logL) && logL < 0 ? "\u2212\u221e" : Fixed(logL, 2)) + "</td>";
-    return html + "</tr></table>\n<p>" + Html(f.verdict) + "</p>\n";
+        "<th>Model chosen</th></tr></thead><tr><td class=\"n\">" +
+        Fixed(f.f, 3) + "</td><td class=\"n\">" + IntervalText(f.interval, 3) + "</td><td>" +
+        kNestedModelNames[static_cast<std::size_t>(f.model)] + "</td></tr></table>\n";
+    // One row a model, so that the choice by AIC can be followed; a model without null alleles
+    // or failures cannot give a blank: log L is minus infinity there.
+    html +=
+        "<table class=\"models\"><thead><tr><th>Model</th><th>Parameters</th><th>log L</th>"
+        "<th>AIC</th></tr></thead>\n";
+    for (std::size_t m = 0; m < kNestedModelCount; ++m) {
+        const double logL = f.logLikelihoods[m];
+        const bool impossible = std::isinf(logL) && logL < 0;
+        const bool chosen = m == static_cast<std::size_t>(f.model);
+        html += std::string(chosen ? "<tr class=\"chosen\">" : "<tr>") + "<td>" +
+                kNestedModelNames[m] + (chosen ? " (chosen)" : "") + "</td><td class=\"n\">" +
+                std::to_string(f.parameters[m]) + "</td><td class=\"n\">" +
+                (impossible ? "\u2212\u221e" : Fixed(logL, 2)) + "</td><td class=\"n\">" +
+                (impossible ? "\u221e" : Fixed(2.0 * f.parameters[m] - 2 * logL, 2)) +
+                "</td></tr>\n";
+    }
+    return html + "</table>\n<p>" + Html(f.verdict) + "</p>\n";
 }
 
 std::string LocusDetails(const PopulationResult& population, const LocusResult& locus,

@@ -13,6 +13,7 @@ td.n, table.estimates td { text-align: right; white-space: nowrap; }
 table.estimates td { font-size: 0.7em; color: #555; }
 table.estimates td::first-line { font-size: 1.2em; color: #222; }
 table.overview th, table.overview td { font-size: 0.72em; }
+tr.chosen td { font-weight: bold; }
 td.c { text-align: center; white-space: nowrap; } td.c a { color: inherit; text-decoration: none; }
 td.dark { color: #fff; } td.y { font-weight: bold; }
 td.stopped { background: #ddd; font-style: italic; }

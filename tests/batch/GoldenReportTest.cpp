@@ -9,6 +9,7 @@
 
 #include "../support/Json.h"
 #include "../support/ProgramRun.h"
+#include "nulls/JointNullInbreeding.h"
 
 namespace tavrelle {
 namespace {
@@ -63,7 +64,8 @@ Json Prescribed(Json report) {
             fields.erase("inbreeding");  // no run, or one that stopped: no estimates beside it
             continue;
         }
-        EXPECT_EQ(std::get<Json::Object>(inbreeding["log_likelihoods"].value).size(), 4u);
+        EXPECT_EQ(std::get<Json::Object>(inbreeding["log_likelihoods"].value).size(),
+                  kNestedModelCount);
         EXPECT_EQ(std::get<Json::Array>(inbreeding["interval"].value).size(), 2u);
         EXPECT_FALSE(std::get<std::string>(inbreeding["verdict"].value).empty());
         fields.erase("inbreeding");

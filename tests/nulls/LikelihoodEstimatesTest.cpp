@@ -233,15 +233,22 @@ TEST(JointNullInbreeding, RecoversInbreedingAndNullsFromSimulatedData) {
 
 TEST(JointNullInbreeding, ModelChoiceWeighsParametersAndSkipsImpossibleModels) {
     struct Case {
-        std::array<double, 4> logLikelihoods;
+        std::array<double, 8> logLikelihoods;
         NestedModel chosen;
     };
-    const std::array<int, 4> parameters = {10, 15, 11, 16};
+    // Five loci, three with blanks: failure rates cost 3 parameters.
+    const std::array<int, 8> parameters = {10, 15, 11, 16, 13, 18, 14, 19};
+    const double no = -1000;  // a failure model far worse than the others
     const std::vector<Case> cases = {
-        {{-100, -98, -99.5, -97.9}, NestedModel::kNeither},   // 5 more parameters, 2 units
-        {{-100, -90, -99.5, -89.9}, NestedModel::kNulls},     // AIC 210, 210, 221, 211.8
-        {{-100, -99, -95, -94.9}, NestedModel::kInbreeding},  // one parameter buys 5
-        {{-kInf, -90, -kInf, -80}, NestedModel::kBoth},       // blanks rule out two
+        {{-100, -98, -99.5, -97.9, no, no, no, no}, NestedModel::kNeither},   // 5 more, 2 units
+        {{-100, -90, -99.5, -89.9, no, no, no, no}, NestedModel::kNulls},     // AIC 210, 210
+        {{-100, -99, -95, -94.9, no, no, no, no}, NestedModel::kInbreeding},  // 1 buys 5
+        {{-kInf, -90, -kInf, -80, no, no, no, no}, NestedModel::kBoth},       // blanks rule out two
+        // Blanks that only failures explain well: AIC 190 + 26 against 180 + 32.
+        {{-kInf, -120, -kInf, -118, -90, -89.5, -89.8, -89.4}, NestedModel::kFailures},
+        {{-kInf, -120, -kInf, -110, -90, -80, -89, -79.5}, NestedModel::kNullsFailures},
+        {{-kInf, -120, -kInf, -110, -90, -89, -80, -79.5}, NestedModel::kInbreedingFailures},
+        {{-kInf, -120, -kInf, -110, -90, -85, -85, -70}, NestedModel::kAll},
     };
     for (const Case& c : cases)
         EXPECT_EQ(ChooseModel(c.logLikelihoods, parameters), c.chosen);
@@ -305,6 +312,9 @@ TEST(InbreedingVerdict, SaysNoClearEvidenceWhenTheIntervalIncludesZero) {
     const Case cases[] = {
         {NestedModel::kInbreeding, 0.0, 0.123, true},  // the interval at the boundary
         {NestedModel::kBoth, -0.01, 0.2, true},
+        {NestedModel::kInbreedingFailures, 0.0, 0.05, true},
+        {NestedModel::kAll, 0.01, 0.05, false},
+        {NestedModel::kFailures, 0.0, 0.1, false},
         {NestedModel::kInbreeding, 0.02, 0.2, false},
         {NestedModel::kBoth, 0.001, 0.1, false},
         {NestedModel::kInbreeding, none, none, false},  // no interval: nothing to judge by
@@ -316,6 +326,10 @@ TEST(InbreedingVerdict, SaysNoClearEvidenceWhenTheIntervalIncludesZero) {
         EXPECT_EQ(verdict.rfind("No clear evidence of inbreeding", 0) == 0, c.noClearEvidence)
             << verdict;
         EXPECT_NE(verdict.find("F = 0.050"), std::string::npos) << verdict;
+        // Exactly the models with failure rates read the blanks as failed amplifications.
+        EXPECT_EQ(verdict.find("failed amplifications") != std::string::npos,
+                  TermsOf(c.model).failures)
+            << verdict;
     }
     EXPECT_NE(std::string(kNegativeEstimateNote).find("fewer homozygotes"), std::string::npos);
 }

@@ -178,5 +178,79 @@ TEST(NullFailureModel, FailuresAloneDoNotReadAsNullAllelesInThePopulationEstimat
     EXPECT_EQ(clean.failureRate, 0.0);
 }
 
+// One population's tallies: per locus its null allele frequency and its failure rate.
+std::vector<LocusGenotypeTally> SimulatedTallies(
+    std::uint64_t seed, int samples, double inbreeding,
+    const std::vector<std::pair<double, double>>& loci) {
+    simulate::SimulationParameters parameters;
+    parameters.seed = seed;
+    parameters.sample_counts = {samples};
+    parameters.inbreeding = inbreeding;
+    for (std::size_t l = 0; l < loci.size(); ++l) {
+        simulate::LocusRequest request;
+        request.null_frequency = loci[l].first;
+        request.missing = loci[l].second;
+        parameters.loci.push_back(simulate::ResolveLocus(request, seed, l));
+    }
+    const simulate::SimulatedData data = simulate::Simulate(parameters);
+    std::vector<LocusGenotypeTally> tallies;
+    for (std::size_t l = 0; l < loci.size(); ++l) {
+        std::vector<std::pair<Int16, Int16>> sizes;
+        for (const simulate::Sample& s : data.populations[0].samples)
+            sizes.emplace_back(static_cast<Int16>(s.scored[l].first),
+                               static_cast<Int16>(s.scored[l].second));
+        tallies.push_back(TallyLocus(CodeLocus(sizes), std::vector<int>(sizes.size(), 1)));
+    }
+    return tallies;
+}
+
+// Without F the joint model's failure fit is em_failure locus by locus: two ways to the same
+// maximum.
+TEST(JointModelWithFailures, WithoutInbreedingAgreesWithEmFailure) {
+    const std::vector<LocusGenotypeTally> loci =
+        SimulatedTallies(5, 150, 0.0, {{0.0, 0.2}, {0.2, 0.0}, {0.15, 0.1}, {0.0, 0.0}});
+    const ModelFit fit = FitWithFailures(loci, TermsOf(NestedModel::kNullsFailures));
+    for (std::size_t l = 0; l < loci.size(); ++l) {
+        const FailureFit alone = FitFailureModel(loci[l]);
+        EXPECT_NEAR(fit.nulls[l], alone.nullFrequency, 1e-5) << "locus " << l;
+        EXPECT_NEAR(fit.failures[l], alone.failureRate, 1e-5) << "locus " << l;
+    }
+}
+
+// Simulated truth, 800 samples of 8 loci: the model chosen tells inbreeding, null alleles and
+// failures apart, and its fit finds them (a share of 800 samples has a standard error of about
+// 0.015; F and r, estimated from homozygote excesses, about twice that).
+TEST(JointModelWithFailures, TellsInbreedingNullAllelesAndFailuresApart) {
+    struct Case {
+        const char* what;
+        double inbreeding;
+        std::pair<double, double> odd, even;  // null, failures at the odd and even loci
+        NestedModel chosen;
+    };
+    const std::vector<Case> cases = {
+        {"failures only", 0.0, {0.0, 0.25}, {0.0, 0.0}, NestedModel::kFailures},
+        {"nulls only", 0.0, {0.2, 0.0}, {0.0, 0.0}, NestedModel::kNulls},
+        {"nulls and failures", 0.0, {0.2, 0.0}, {0.0, 0.2}, NestedModel::kNullsFailures},
+        {"inbreeding and failures", 0.15, {0.0, 0.2}, {0.0, 0.0}, NestedModel::kInbreedingFailures},
+        {"all three", 0.15, {0.2, 0.0}, {0.0, 0.2}, NestedModel::kAll},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        std::vector<std::pair<double, double>> truth;
+        for (int l = 0; l < 8; ++l)
+            truth.push_back(l % 2 ? c.odd : c.even);
+        const std::vector<LocusGenotypeTally> loci = SimulatedTallies(19, 800, c.inbreeding, truth);
+        const JointFit joint = FitJointModel(loci);
+        EXPECT_EQ(joint.chosen, c.chosen)
+            << kNestedModelNames[static_cast<std::size_t>(joint.chosen)];
+        const ModelFit& full = joint.fits[static_cast<std::size_t>(NestedModel::kAll)];
+        EXPECT_NEAR(full.f, c.inbreeding, 0.04);
+        for (std::size_t l = 0; l < loci.size(); ++l) {
+            EXPECT_NEAR(full.nulls[l], truth[l].first, 0.06) << "locus " << l;
+            EXPECT_NEAR(full.failures[l], truth[l].second, 0.05) << "locus " << l;
+        }
+    }
+}
+
 }  // namespace
 }  // namespace tavrelle
