@@ -136,8 +136,10 @@ NestedModel ChooseModel(const std::array<double, kNestedModelCount>& logLikeliho
     std::size_t best = static_cast<std::size_t>(NestedModel::kBoth);
     double least = std::numeric_limits<double>::infinity();
     for (std::size_t m = 0; m < kNestedModelCount; ++m) {
+        // Fits stop within 1e-9 of their maximum, so two models that reach the same maximum
+        // (a failure model at loci without blanks) can differ in the last digits: a tie.
         const double aic = 2.0 * parameters[m] - 2 * logLikelihoods[m];
-        if (std::isfinite(aic) && aic < least) {
+        if (std::isfinite(aic) && aic < least - 1e-6) {
             least = aic;
             best = m;
         }

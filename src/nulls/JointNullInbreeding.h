@@ -72,7 +72,8 @@ JointFit FitJointModel(const std::vector<LocusGenotypeTally>& loci);
 // likelihood; it ends when the log-likelihood moves by less than 1e-9 (or after 1000 steps).
 ModelFit FitWithFailures(const std::vector<LocusGenotypeTally>& loci, ModelTerms terms);
 
-// The model with the least AIC = 2 k - 2 log L; on a tie the simpler (the lower NestedModel).
+// The model with the least AIC = 2 k - 2 log L; on a tie (within 1e-6) the simpler (the lower
+// NestedModel).
 // AIC rather than likelihood ratio tests because "nulls" and "inbreeding" are not nested in each
 // other, and F = 0, p_n = 0 and beta = 0 lie on the boundary where the chi-square reference of a
 // ratio test does not hold.

@@ -24,6 +24,7 @@ struct Setting {
     int samples;
     std::array<EstimateError, 4> estimates{};
     EstimateError failureRate;
+    std::array<int, kNestedModelCount> chosen{};  // populations by the model AIC chose
 };
 
 void RunSetting(Setting& s, int populations, int bootstrap) {
@@ -51,6 +52,7 @@ void RunSetting(Setting& s, int populations, int bootstrap) {
                                    locus.intervals[kCompared[c]]);
             s.failureRate.Add(locus.failureRate, s.failures, locus.failureInterval);
         }
+        ++s.chosen[static_cast<std::size_t>(result.inbreeding.model)];
     }
 }
 
@@ -113,6 +115,20 @@ int ValidateFailure(int populations, int bootstrap) {
         for (const EstimateError& e : s.estimates)
             std::printf(" %.0f%% |", e.Coverage());
         std::printf(" %.0f%% |\n", s.failureRate.Coverage());
+    }
+    std::printf("\nThe joint model chosen by AIC, share of the %d populations\n\n", populations);
+    std::printf("| truth | null | failures | F | samples |");
+    for (const char* name : kNestedModelNames)
+        std::printf(" %s |", name);
+    std::printf("\n|---|---:|---:|---:|---:|");
+    for (std::size_t m = 0; m < kNestedModelCount; ++m)
+        std::printf("---:|");
+    std::printf("\n");
+    for (const Setting& s : settings) {
+        PrintRow(s);
+        for (int count : s.chosen)
+            std::printf(" %.0f%% |", 100.0 * count / populations);
+        std::printf("\n");
     }
     return 0;
 }
