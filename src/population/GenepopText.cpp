@@ -174,7 +174,9 @@ std::string GenepopText(const GenotypeData& data, GenotypeRead& refusal) {
     };
     if (data.title.find_first_of("\r\n") != std::string::npos)
         refusal.Problem(0, "", "", "the title has a line break, which a Genepop title cannot hold");
-    std::string text = data.title + "\r\n";
+    // A reader takes a byte order mark at the start of a file for one, not for the title's.
+    const bool titleStartsWithMark = data.title.starts_with("\xEF\xBB\xBF");
+    std::string text = (titleStartsWithMark ? "\xEF\xBB\xBF" : "") + data.title + "\r\n";
     for (const std::string& locus : data.loci) {
         if (locus.find(',') != std::string::npos || IsGenepopPopLine(locus) ||
             Trimmed(locus).empty() || locus.find_first_of("\r\n") != std::string::npos)

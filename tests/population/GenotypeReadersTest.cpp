@@ -96,6 +96,17 @@ TEST(GenotypeReaders, PopulationLabelsAreUnique) {
     }
 }
 
+// A Genepop file's first bytes may be a byte order mark, which the reader drops: a title that
+// starts with one must keep it.
+TEST(GenotypeReaders, ATitleStartingWithAByteOrderMarkKeepsIt) {
+    for (const char* title : {"\xEF\xBB\xBF", "\xEF\xBB\xBFSurvey", "Survey"}) {
+        GenotypeData data = Simulated();
+        data.title = title;
+        GenotypeRead refusal;
+        EXPECT_EQ(ReadGenepopText(GenepopText(data, refusal), "t.gen").data, data) << title;
+    }
+}
+
 TEST(GenotypeReaders, TwoDigitGenepopIsReadAsItsNumbers) {
     GenotypeRead read = ReadGenepopText(
         "Two digits\nA, B\nPOP\nx1 , 0311 0000\nx2 ,\t0510 0102\npop\ny1 , 0903 0001\n", "t.gen");
